@@ -1,0 +1,70 @@
+// A small sales table: a bold header, numbers with a custom format, dates with a date format and
+// booleans; then every cell is read back and printed.
+#include <cstdio>
+
+#include "zelvar.h"
+
+using namespace zelvar;
+
+int main() {
+    IBookT<char>* book = zvCreateBookA();
+    if (!book) return 1;
+    book->setLocale("UTF-8");
+
+    IFontT<char>* boldFont = book->addFont(nullptr);
+    boldFont->setBold(true);
+    IFormatT<char>* header = book->addFormat(nullptr);
+    header->setFont(boldFont);
+    header->setBorderBottom(BorderThin);
+
+    IFormatT<char>* dateFormat = book->addFormat(nullptr);
+    dateFormat->setNumFormat(NumFormatDate);
+    IFormatT<char>* amountFormat = book->addFormat(nullptr);
+    amountFormat->setNumFormat(book->addCustomNumFormat("#,##0.00 \"€\""));
+
+    ISheetT<char>* sheet = book->addSheet("Sales", nullptr);
+    const char* titles[] = {"Region", "Date", "Amount", "Paid"};
+    for (int c = 0; c < 4; ++c) sheet->writeStr(0, c, titles[c], header);
+
+    struct { const char* region; int y, m, d; double amount; bool paid; } rows[] = {
+        {"North", 2026, 1, 15, 1250.5, true},
+        {"Süd", 2026, 2, 3, 980.25, false},
+        {"East", 2026, 2, 28, 2210.0, true},
+    };
+    for (int i = 0; i < 3; ++i) {
+        int r = i + 1;
+        sheet->writeStr(r, 0, rows[i].region, nullptr);
+        sheet->writeNum(r, 1, book->datePack(rows[i].y, rows[i].m, rows[i].d), dateFormat);
+        sheet->writeNum(r, 2, rows[i].amount, amountFormat);
+        sheet->writeBool(r, 3, rows[i].paid, nullptr);
+    }
+
+    std::printf("sheet %s, rows %d-%d, columns %d-%d\n", sheet->name(), sheet->firstRow(),
+                sheet->lastRow() - 1, sheet->firstCol(), sheet->lastCol() - 1);
+    for (int r = sheet->firstRow(); r < sheet->lastRow(); ++r) {
+        for (int c = sheet->firstCol(); c < sheet->lastCol(); ++c) {
+            switch (sheet->cellType(r, c)) {
+                case CellString: std::printf("%-12s", sheet->readStr(r, c)); break;
+                case CellBoolean: std::printf("%-12s", sheet->readBool(r, c) ? "yes" : "no"); break;
+                case CellNumber:
+                    if (sheet->isDate(r, c)) {
+                        int y, m, d;
+                        book->dateUnpack(sheet->readNum(r, c), &y, &m, &d);
+                        std::printf("%04d-%02d-%02d  ", y, m, d);
+                    } else {
+                        IFormatT<char>* f = nullptr;
+                        double v = sheet->readNum(r, c, &f);
+                        std::printf("%-12.2f", v);
+                    }
+                    break;
+                default: std::printf("%-12s", "");
+            }
+        }
+        std::printf("\n");
+    }
+    std::printf("custom format %d: %s\n", amountFormat->numFormat(),
+                book->customNumFormat(amountFormat->numFormat()));
+    std::printf("last message: %s\n", book->errorMessage());
+    book->release();
+    return 0;
+}

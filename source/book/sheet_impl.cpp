@@ -1,0 +1,813 @@
+#include "book/sheet_impl.h"
+
+#include <cstring>
+#include <type_traits>
+
+#include "book/font_impl.h"
+#include "book/format_impl.h"
+#include "frame/excel_util.h"
+
+namespace zelvar {
+
+namespace {
+const char kNotImplemented[] = "not implemented";
+}  // namespace
+
+template <class T>
+SheetImplT<T>::SheetImplT(BookImplT<T>* book) : _book(book) {
+    _bof.dt = 16;
+}
+
+template <class T>
+SheetImplT<T>::SheetImplT(const SheetImplT& other)
+    : ISheetT<T>(other),
+      _name(other._name),
+      _book(other._book),
+      _bof(other._bof),
+      _wsBool(other._wsBool),
+      _defaultRowHeight(other._defaultRowHeight),
+      _defColWidth(other._defColWidth),
+      _dimensions(other._dimensions),
+      _window2(other._window2),
+      _rows(other._rows),
+      _labelSsts(other._labelSsts),
+      _labels(other._labels),
+      _rks(other._rks),
+      _numbers(other._numbers),
+      _colInfos(other._colInfos),
+      _mergeCells(other._mergeCells),
+      _blanks(other._blanks),
+      _boolErrs(other._boolErrs),
+      _formulas(other._formulas),
+      _sheetIndex(other._sheetIndex),
+      _refA1(other._refA1),
+      _dimensionsDirty(other._dimensionsDirty) {
+    for (const LabelSst& label : _labelSsts) _book->sst().addUser(label.isst);
+}
+
+template <class T>
+SheetImplT<T>::~SheetImplT() {}
+
+template <class T>
+void SheetImplT<T>::releaseStrings() {
+    for (const LabelSst& label : _labelSsts) _book->sst().removeUser(label.isst);
+}
+
+template <class T>
+void SheetImplT<T>::checkRanges(int row, int col) const {
+    if (static_cast<unsigned>(row) > 65535u) throw zverror("row must be in range 0-65535");
+    if (static_cast<unsigned>(col) >= 256u) throw zverror("col must be in range 0-255");
+}
+
+template <class T>
+const T* SheetImplT<T>::notImplemented() const {
+    _book->setMessage(kNotImplemented);
+    return nullptr;
+}
+
+template <class T>
+const T* SheetImplT<T>::tc(const wchar_t* text) const {
+    _keeper.assign(text, _book->utf8Mode());
+    return _keeper.c_str();
+}
+
+template <>
+const wchar_t* SheetImplT<wchar_t>::tc(const wchar_t* text) const {
+    return text;
+}
+
+template <class T>
+template <class R>
+std::vector<R>& SheetImplT<T>::records() {
+    if constexpr (R::kind == KindRK) return _rks;
+    else if constexpr (R::kind == KindNumber) return _numbers;
+    else if constexpr (R::kind == KindLabelSst) return _labelSsts;
+    else if constexpr (R::kind == KindBlank) return _blanks;
+    else if constexpr (R::kind == KindBoolErr) return _boolErrs;
+    else if constexpr (R::kind == KindFormula) return _formulas;
+    else return _labels;
+}
+
+template <class T>
+uint16_t SheetImplT<T>::getFormatID(unsigned row, unsigned col) const {
+    uint32_t e = _sheetIndex.get(row & 0xFFFF, col & 0xFF);
+    if (!e) return 15;
+    unsigned p = SheetIndex::position(e);
+    switch (SheetIndex::kind(e)) {
+        case KindRK: return _rks[p].xf;
+        case KindNumber: return _numbers[p].xf;
+        case KindLabelSst: return _labelSsts[p].xf;
+        case KindBlank: return _blanks[p].xf;
+        case KindBoolErr: return _boolErrs[p].xf;
+        case KindFormula: return _formulas[p].formula.xf;
+        case KindLabel: return _labels[p].xf;
+        default: return 15;
+    }
+}
+
+template <class T>
+uint16_t SheetImplT<T>::formatForWrite(int row, int col, IFormatT<T>* format) const {
+    if (!format) return getFormatID(row, col);
+    int index = _book->formatIndex(format);
+    if (index < 0) throw zverror("specified format not found");
+    return static_cast<uint16_t>(index);
+}
+
+template <class T>
+IFormatT<T>* SheetImplT<T>::formatAt(uint16_t xf) const {
+    return _book->formats().at(xf);
+}
+
+// The shared logic of number, boolean and blank writes: a cell of the same kind changes in place,
+// any other gets a new record and the index entry is repointed; the old record stays behind.
+template <class T>
+template <class R>
+void SheetImplT<T>::writeNumber(int row, int col, double value, std::vector<R>& vec, IFormatT<T>* format) {
+    uint16_t xf = formatForWrite(row, col, format);
+    uint32_t& e = _sheetIndex(row, col);
+    if (e && SheetIndex::kind(e) == R::kind) {
+        R& record = vec[SheetIndex::position(e)];
+        if constexpr (R::kind == KindRK || R::kind == KindNumber) record.setValue(value);
+        else if constexpr (R::kind == KindBoolErr) record.setValue(value != 0);
+        if (format) record.xf = xf;
+        delSharedFormula(row, col);
+    } else {
+        delSharedFormula(row, col);
+        R record;
+        record.row = static_cast<uint16_t>(row);
+        record.col = static_cast<uint16_t>(col);
+        record.xf = xf;
+        if constexpr (R::kind == KindRK || R::kind == KindNumber) record.setValue(value);
+        else if constexpr (R::kind == KindBoolErr) record.setValue(value != 0);
+        if (vec.size() >= (1u << 28)) throw zverror("too many cells in sheet");
+        e = SheetIndex::entry(R::kind, static_cast<unsigned>(vec.size()));
+        vec.push_back(record);
+    }
+    _dimensions.update(row, col);
+}
+
+template <class T>
+bool SheetImplT<T>::writeNum(int row, int col, double value, IFormatT<T>* format) {
+    return _book->guard(false, [&] {
+        checkRanges(row, col);
+        uint64_t bits;
+        std::memcpy(&bits, &value, sizeof bits);
+        // Exactly representable as an unscaled floating RK: low word zero, low two bits of the
+        // high word zero.
+        if (static_cast<uint32_t>(bits) == 0 && ((bits >> 32) & 3) == 0)
+            writeNumber(row, col, value, _rks, format);
+        else
+            writeNumber(row, col, value, _numbers, format);
+        return true;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::writeBool(int row, int col, bool value, IFormatT<T>* format) {
+    return _book->guard(false, [&] {
+        checkRanges(row, col);
+        writeNumber(row, col, value ? 1.0 : 0.0, _boolErrs, format);
+        return true;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::writeBlank(int row, int col, IFormatT<T>* format) {
+    return _book->guard(false, [&] {
+        checkRanges(row, col);
+        writeNumber(row, col, 0.0, _blanks, format);
+        return true;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::writeStr(int row, int col, const T* value, IFormatT<T>* format) {
+    return _book->guard(false, [&] {
+        checkRanges(row, col);
+        if (!value) throw zverror("string mustn't be NULL");
+        if (tslen(value) >= 32768) throw zverror("string is too long");
+        uint16_t xf = formatForWrite(row, col, format);
+        SST<T>& sst = _book->sst();
+        uint32_t& e = _sheetIndex(row, col);
+        if (e && SheetIndex::kind(e) == KindLabelSst) {
+            LabelSst& record = _labelSsts[SheetIndex::position(e)];
+            if (sst.users(record.isst) > 1) {
+                // Another record shares the string: this cell takes a string of its own.
+                unsigned index = sst.insert(value, false);
+                sst.removeUser(record.isst);
+                sst.addUser(index);
+                record.isst = index;
+            } else {
+                sst.insert(record.isst, value);
+            }
+            if (format) record.xf = xf;
+            delSharedFormula(row, col);
+        } else {
+            unsigned index = sst.insert(value, false);
+            delSharedFormula(row, col);
+            LabelSst record;
+            record.row = static_cast<uint16_t>(row);
+            record.col = static_cast<uint16_t>(col);
+            record.xf = xf;
+            record.isst = index;
+            e = SheetIndex::entry(KindLabelSst, static_cast<unsigned>(_labelSsts.size()));
+            _labelSsts.push_back(record);
+            sst.addUser(index);
+        }
+        _dimensions.update(row, col);
+        return true;
+    });
+}
+
+template <class T>
+double SheetImplT<T>::readNum(int row, int col, IFormatT<T>** format) const {
+    if (format) *format = nullptr;
+    return _book->guard(0.0, [&] {
+        checkRanges(row, col);
+        uint32_t e = entryAt(row, col);
+        double value;
+        uint16_t xf;
+        unsigned p = SheetIndex::position(e);
+        switch (e ? SheetIndex::kind(e) : 0) {
+            case KindNumber:
+                value = _numbers[p].num;
+                xf = _numbers[p].xf;
+                break;
+            case KindRK:
+                value = _rks[p].value();
+                xf = _rks[p].xf;
+                break;
+            case KindFormula:
+                if (_formulas[p].formula.cellType() == CellNumber) {
+                    value = _formulas[p].formula.number();
+                    xf = _formulas[p].formula.xf;
+                    break;
+                }
+                // fall through
+            default:
+                throw zverror("this cell doesn't contain a number");
+        }
+        if (format) *format = formatAt(xf);
+        return value;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::readBool(int row, int col, IFormatT<T>** format) const {
+    if (format) *format = nullptr;
+    return _book->guard(false, [&] {
+        checkRanges(row, col);
+        uint32_t e = entryAt(row, col);
+        unsigned p = SheetIndex::position(e);
+        bool value;
+        uint16_t xf;
+        if (e && SheetIndex::kind(e) == KindBoolErr && _boolErrs[p].fError == 0) {
+            value = _boolErrs[p].bBoolErr == 1;
+            xf = _boolErrs[p].xf;
+        } else if (e && SheetIndex::kind(e) == KindFormula &&
+                   _formulas[p].formula.cellType() == CellBoolean) {
+            value = _formulas[p].formula.boolValue();
+            xf = _formulas[p].formula.xf;
+        } else {
+            throw zverror("this cell doesn't contain a bool");
+        }
+        if (format) *format = formatAt(xf);
+        return value;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::readBlank(int row, int col, IFormatT<T>** format) const {
+    return _book->guard(false, [&] {
+        if (!format) throw zverror("format mustn't be NULL");
+        *format = nullptr;
+        checkRanges(row, col);
+        uint32_t e = entryAt(row, col);
+        unsigned p = SheetIndex::position(e);
+        uint16_t xf;
+        if (e && SheetIndex::kind(e) == KindBlank) {
+            xf = _blanks[p].xf;
+        } else if (e && SheetIndex::kind(e) == KindFormula &&
+                   _formulas[p].formula.cellType() == CellBlank) {
+            xf = _formulas[p].formula.xf;
+        } else {
+            throw zverror("this cell doesn't contain a blank");
+        }
+        *format = formatAt(xf);
+        return true;
+    });
+}
+
+template <class T>
+const T* SheetImplT<T>::readStr(int row, int col, IFormatT<T>** format) {
+    if (format) *format = nullptr;
+    return _book->template guard<const T*>(nullptr, [&]() -> const T* {
+        checkRanges(row, col);
+        uint32_t e = entryAt(row, col);
+        unsigned p = SheetIndex::position(e);
+        const wchar_t* text = nullptr;
+        uint16_t xf = 15;
+        switch (e ? SheetIndex::kind(e) : 0) {
+            case KindLabelSst:
+                text = _book->sst().extract(_labelSsts[p].isst);
+                xf = _labelSsts[p].xf;
+                break;
+            case KindLabel:
+                text = _labels[p].text ? _labels[p].text : L"";
+                xf = _labels[p].xf;
+                break;
+            case KindFormula:
+                if (_formulas[p].formula.cellType() == CellString) {
+                    text = _formulas[p].formula.stringValue ? _formulas[p].formula.stringValue : L"";
+                    xf = _formulas[p].formula.xf;
+                    break;
+                }
+                // fall through
+            default:
+                throw zverror("this cell doesn't contain a string");
+        }
+        if (format) *format = formatAt(xf);
+        return tc(text);
+    });
+}
+
+template <class T>
+int SheetImplT<T>::readError(int row, int col) const {
+    return _book->guard(static_cast<int>(ErrorNone), [&] {
+        checkRanges(row, col);
+        uint32_t e = entryAt(row, col);
+        unsigned p = SheetIndex::position(e);
+        if (e && SheetIndex::kind(e) == KindBoolErr && _boolErrs[p].fError) return static_cast<int>(_boolErrs[p].bBoolErr);
+        if (e && SheetIndex::kind(e) == KindFormula && _formulas[p].formula.cellType() == CellError)
+            return _formulas[p].formula.errorValue();
+        return static_cast<int>(ErrorNone);
+    });
+}
+
+// Row and column are taken as 16-bit values here, without a range check.
+template <class T>
+int SheetImplT<T>::cellType(int row, int col) const {
+    uint32_t e = _sheetIndex.get(static_cast<uint16_t>(row), static_cast<uint16_t>(col) & 0xFF);
+    if (static_cast<uint16_t>(col) > 255) e = 0;
+    if (!e) return CellEmpty;
+    unsigned p = SheetIndex::position(e);
+    switch (SheetIndex::kind(e)) {
+        case KindRK:
+        case KindNumber: return CellNumber;
+        case KindLabelSst:
+        case KindLabel: return CellString;
+        case KindBlank: return CellBlank;
+        case KindBoolErr: return _boolErrs[p].fError ? CellError : CellBoolean;
+        case KindFormula: return _formulas[p].formula.cellType();
+        default: return CellEmpty;
+    }
+}
+
+template <class T>
+bool SheetImplT<T>::isFormula(int row, int col) const {
+    if (static_cast<uint16_t>(col) > 255) return false;
+    uint32_t e = _sheetIndex.get(static_cast<uint16_t>(row), static_cast<uint16_t>(col));
+    return e && SheetIndex::kind(e) == KindFormula;
+}
+
+template <class T>
+bool SheetImplT<T>::findDateChars(const wchar_t* text) const {
+    if (!text || !*text) return false;
+    bool inBracket = false;
+    for (const wchar_t* p = text; *p; ++p) {
+        if (*p == L'[') {
+            inBracket = true;
+        } else if (*p == L']') {
+            inBracket = false;
+        } else if (!inBracket && std::wcschr(L"mdyhsMDYHS", *p)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+template <class T>
+bool SheetImplT<T>::isDate(int row, int col) const {
+    if (cellType(row, col) != CellNumber) return false;
+    IFormatT<T>* format = nullptr;
+    readNum(row, col, &format);
+    if (!format) return false;
+    int id = format->numFormat();
+    if ((id >= 0 && id <= 13) || (id >= 37 && id <= 44) || id == 48 || id == 49) return false;
+    if ((id >= 14 && id <= 22) || (id >= 45 && id <= 47)) return true;
+    return findDateChars(_book->customNumFormatText(id));
+}
+
+template <class T>
+void SheetImplT<T>::setCellFormat(int row, int col, IFormatT<T>* format) {
+    _book->guardVoid([&] {
+        checkRanges(row, col);
+        int index = format ? _book->formatIndex(format) : -1;
+        if (index < 0) throw zverror("specified format is not found");
+        uint16_t xf = static_cast<uint16_t>(index);
+        uint32_t e = entryAt(row, col);
+        if (!e) {
+            if (!writeBlank(row, col, format)) throw zverror(_book->errorMessage());
+            return;
+        }
+        unsigned p = SheetIndex::position(e);
+        switch (SheetIndex::kind(e)) {
+            case KindRK: _rks[p].xf = xf; break;
+            case KindNumber: _numbers[p].xf = xf; break;
+            case KindLabelSst: _labelSsts[p].xf = xf; break;
+            case KindBlank: _blanks[p].xf = xf; break;
+            case KindBoolErr: _boolErrs[p].xf = xf; break;
+            case KindFormula: _formulas[p].formula.xf = xf; break;
+            case KindLabel: _labels[p].xf = xf; break;
+        }
+    });
+}
+
+template <class T>
+IFormatT<T>* SheetImplT<T>::cellFormat(int row, int col) const {
+    return _book->template guard<IFormatT<T>*>(nullptr, [&]() -> IFormatT<T>* {
+        checkRanges(row, col);
+        auto& formats = _book->formats();
+        uint32_t e = entryAt(row, col);
+        if (e) {
+            unsigned kind = SheetIndex::kind(e);
+            if (kind < KindRK || kind > KindLabel) throw zverror("unknown type of cell");
+            return formats.at(getFormatID(row, col));
+        }
+        unsigned xf = 0;
+        bool found = false;
+        for (const Row& r : _rows) {
+            if (r.row == row && (r.grbit & 0x80)) {
+                xf = r.ixfe & 0xFFF;
+                found = true;
+                break;
+            }
+        }
+        if (!found) {
+            for (const ColInfo& c : _colInfos) {
+                if (col >= c.colFirst && col <= c.colLast) {
+                    xf = c.ixfe;
+                    found = true;
+                    break;
+                }
+            }
+        }
+        if (formats.empty()) throw zverror("formats are not found");
+        if (xf >= formats.size()) throw zverror("format not found");
+        return formats[xf];
+    });
+}
+
+template <class T>
+void SheetImplT<T>::recalcDimensions() {
+    _dimensions.reset();
+    for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
+        if (!_sheetIndex(r)) continue;
+        for (unsigned c = 0; c < SheetIndex::kCols; ++c)
+            if (_sheetIndex(r, c)) _dimensions.update(r, c);
+    }
+    for (const auto& merge : _mergeCells) {
+        for (const Rect& rect : merge) {
+            bool empty = _dimensions.rwMic == _dimensions.rwMac;
+            if (rect.rwFirst < _dimensions.rwMic || empty) _dimensions.rwMic = rect.rwFirst;
+            if (rect.rwLast + 1u > _dimensions.rwMac) _dimensions.rwMac = rect.rwLast + 1u;
+            bool emptyCols = _dimensions.colMic == _dimensions.colMac;
+            if (rect.colFirst < _dimensions.colMic || emptyCols) _dimensions.colMic = rect.colFirst;
+            if (rect.colLast + 1u > _dimensions.colMac) _dimensions.colMac = static_cast<uint16_t>(rect.colLast + 1u);
+        }
+    }
+}
+
+template <class T>
+int SheetImplT<T>::firstRow() const {
+    if (_dimensionsDirty) {
+        const_cast<SheetImplT*>(this)->recalcDimensions();
+        _dimensionsDirty = false;
+    }
+    return static_cast<int>(_dimensions.rwMic);
+}
+
+template <class T>
+int SheetImplT<T>::lastRow() const {
+    firstRow();
+    return static_cast<int>(_dimensions.rwMac);
+}
+
+template <class T>
+int SheetImplT<T>::firstCol() const {
+    firstRow();
+    return _dimensions.colMic;
+}
+
+template <class T>
+int SheetImplT<T>::lastCol() const {
+    firstRow();
+    return _dimensions.colMac;
+}
+
+template <class T>
+void SheetImplT<T>::setSelected(bool selected) {
+    if (selected)
+        _window2.grbit |= 0x600;
+    else
+        _window2.grbit &= static_cast<uint16_t>(~0x600);
+}
+
+template <class T>
+bool SheetImplT<T>::storeName(const T* name) {
+    _name.assign(name ? name : std::basic_string<T>().c_str());
+    bool utf8 = _book->utf8Mode();
+    if constexpr (std::is_same<T, char>::value) {
+        if (utf8) {
+            // Cut after 31 code points, never inside a character.
+            size_t points = 0;
+            for (size_t i = 0; i < _name.size(); ++i) {
+                if ((static_cast<unsigned char>(_name[i]) & 0xC0) != 0x80 && ++points == 32) {
+                    _name.resize(i);
+                    return true;
+                }
+            }
+            return false;
+        }
+    }
+    if (_name.size() > 31) {
+        _name.resize(31);
+        return true;
+    }
+    return false;
+}
+
+template <class T>
+const T* SheetImplT<T>::name() const {
+    return _name.c_str();
+}
+
+template <class T>
+void SheetImplT<T>::setName(const T* name) {
+    _book->guardVoid([&] {
+        if (!name) throw zverror("sheet name mustn't be NULL");
+        bool cut = storeName(name);
+        if (cut) throw zverror("warning: sheet's name is cut to 31 characters");
+    });
+}
+
+template <class T>
+SheetState SheetImplT<T>::hidden() const {
+    int tab = _book->getTabIndex(this);
+    auto& bound = _book->boundSheetsRef();
+    if (tab >= static_cast<int>(bound.size())) return SheetVisible;
+    return static_cast<SheetState>(bound[tab].hsState & 3);
+}
+
+template <class T>
+bool SheetImplT<T>::setHidden(SheetState state) {
+    return _book->guard(false, [&] {
+        int tab = _book->getTabIndex(this);
+        auto& bound = _book->boundSheetsRef();
+        if (tab >= static_cast<int>(bound.size())) throw zverror("book not found");
+        if ((state == SheetHidden || state == SheetVeryHidden) && _book->visibleSheetCount() > 0 &&
+            _book->visibleSheetCount() < 2 && (bound[tab].hsState & 3) == SheetVisible)
+            throw zverror("a workbook must contain at least one visible worksheet");
+        bound[tab].hsState = static_cast<uint8_t>((bound[tab].hsState & ~3) | (state & 3));
+        _book->calcFirstTab();
+        _book->calcActiveSheet();
+        return true;
+    });
+}
+
+template <class T>
+void SheetImplT<T>::addrToRowCol(const T* addr, int* row, int* col, bool* rowRelative, bool* colRelative) {
+    _book->guardVoid([&] {
+        if (!addr) throw zverror("address mustn't be NULL");
+        std::wstring wide;
+        toWide(addr, _book->utf8Mode(), wide);
+        ExcelUtil::addrToRowCol(wide, row, col, rowRelative, colRelative);
+    });
+}
+
+template <class T>
+const T* SheetImplT<T>::rowColToAddr(int row, int col, bool rowRelative, bool colRelative) {
+    return _book->template guard<const T*>(nullptr, [&]() -> const T* {
+        std::wstring addr = ExcelUtil::rowColToAddr(row, col, rowRelative, colRelative);
+        _keeper.assign(addr.c_str(), _book->utf8Mode());
+        if constexpr (std::is_same<T, wchar_t>::value) _keeper.assign(addr.c_str(), false);
+        return _keeper.c_str();
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::displayGridlines() const {
+    return (_window2.grbit >> 1) & 1;
+}
+
+template <class T>
+void SheetImplT<T>::setDisplayGridlines(bool show) {
+    _window2.grbit = static_cast<uint16_t>(show ? _window2.grbit | 2 : _window2.grbit & ~2);
+}
+
+template <class T>
+void SheetImplT<T>::getTopLeftView(int* row, int* col) const {
+    if (row) *row = _window2.rwTop;
+    if (col) *col = _window2.colLeft;
+}
+
+template <class T>
+void SheetImplT<T>::setTopLeftView(int row, int col) {
+    _window2.rwTop = static_cast<uint16_t>(row);
+    _window2.colLeft = static_cast<uint16_t>(col);
+}
+
+template <class T>
+bool SheetImplT<T>::groupSummaryBelow() const {
+    return (_wsBool >> 6) & 1;
+}
+
+template <class T>
+void SheetImplT<T>::setGroupSummaryBelow(bool below) {
+    _wsBool = static_cast<uint16_t>(below ? _wsBool | 0x40 : _wsBool & ~0x40);
+}
+
+template <class T>
+bool SheetImplT<T>::groupSummaryRight() const {
+    return (_wsBool >> 7) & 1;
+}
+
+template <class T>
+void SheetImplT<T>::setGroupSummaryRight(bool right) {
+    _wsBool = static_cast<uint16_t>(right ? _wsBool | 0x80 : _wsBool & ~0x80);
+}
+
+// ---- operations that arrive with formulas, drawings, layout and structural edits ----
+
+#define ZV_NOT_IMPLEMENTED(value)             \
+    do {                                      \
+        _book->setMessage(kNotImplemented);   \
+        return value;                         \
+    } while (0)
+
+template <class T>
+const T* SheetImplT<T>::readFormula(int, int, IFormatT<T>** format) {
+    if (format) *format = nullptr;
+    return notImplemented();
+}
+template <class T>
+bool SheetImplT<T>::writeFormula(int, int, const T*, IFormatT<T>*) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+const T* SheetImplT<T>::readComment(int, int) const { return notImplemented(); }
+template <class T>
+void SheetImplT<T>::writeComment(int, int, const T*, const T*, int, int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+double SheetImplT<T>::colWidth(int) const { ZV_NOT_IMPLEMENTED(-1.0); }
+template <class T>
+double SheetImplT<T>::rowHeight(int) const { ZV_NOT_IMPLEMENTED(-1.0); }
+template <class T>
+bool SheetImplT<T>::setCol(int, int, double, IFormatT<T>*, bool) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::setRow(int, double, IFormatT<T>*, bool) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::rowHidden(int) const { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::setRowHidden(int, bool) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::colHidden(int) const { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::setColHidden(int, bool) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::getMerge(int, int, int*, int*, int*, int*) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::setMerge(int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::delMerge(int, int) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+int SheetImplT<T>::pictureSize() const { return 0; }
+template <class T>
+int SheetImplT<T>::getPicture(int, int*, int*, int*, int*, int*, int*, int*, int*) const { ZV_NOT_IMPLEMENTED(-1); }
+template <class T>
+void SheetImplT<T>::setPicture(int, int, int, double, int, int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+void SheetImplT<T>::setPicture2(int, int, int, int, int, int, int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+int SheetImplT<T>::getHorPageBreak(int) const { ZV_NOT_IMPLEMENTED(-1); }
+template <class T>
+int SheetImplT<T>::getHorPageBreakSize() const { return 0; }
+template <class T>
+int SheetImplT<T>::getVerPageBreak(int) const { ZV_NOT_IMPLEMENTED(-1); }
+template <class T>
+int SheetImplT<T>::getVerPageBreakSize() const { return 0; }
+template <class T>
+bool SheetImplT<T>::setHorPageBreak(int, bool) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::setVerPageBreak(int, bool) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+void SheetImplT<T>::split(int, int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+bool SheetImplT<T>::groupRows(int, int, bool) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::groupCols(int, int, bool) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::clear(int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::insertCol(int, int) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::insertRow(int, int) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::removeCol(int, int) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::removeRow(int, int) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::copyCell(int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::printGridlines() const { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+void SheetImplT<T>::setPrintGridlines(bool) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+int SheetImplT<T>::zoom() const { ZV_NOT_IMPLEMENTED(0); }
+template <class T>
+void SheetImplT<T>::setZoom(int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+int SheetImplT<T>::printZoom() const { ZV_NOT_IMPLEMENTED(0); }
+template <class T>
+void SheetImplT<T>::setPrintZoom(int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+bool SheetImplT<T>::getPrintFit(int*, int*) const { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+void SheetImplT<T>::setPrintFit(int, int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+bool SheetImplT<T>::landscape() const { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+void SheetImplT<T>::setLandscape(bool) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+Paper SheetImplT<T>::paper() const { ZV_NOT_IMPLEMENTED(PaperDefault); }
+template <class T>
+void SheetImplT<T>::setPaper(Paper) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+const T* SheetImplT<T>::header() const { return notImplemented(); }
+template <class T>
+bool SheetImplT<T>::setHeader(const T*, double) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+double SheetImplT<T>::headerMargin() const { ZV_NOT_IMPLEMENTED(-1.0); }
+template <class T>
+const T* SheetImplT<T>::footer() const { return notImplemented(); }
+template <class T>
+bool SheetImplT<T>::setFooter(const T*, double) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+double SheetImplT<T>::footerMargin() const { ZV_NOT_IMPLEMENTED(-1.0); }
+template <class T>
+bool SheetImplT<T>::hCenter() const { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+void SheetImplT<T>::setHCenter(bool) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+bool SheetImplT<T>::vCenter() const { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+void SheetImplT<T>::setVCenter(bool) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+double SheetImplT<T>::marginLeft() const { ZV_NOT_IMPLEMENTED(-1.0); }
+template <class T>
+void SheetImplT<T>::setMarginLeft(double) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+double SheetImplT<T>::marginRight() const { ZV_NOT_IMPLEMENTED(-1.0); }
+template <class T>
+void SheetImplT<T>::setMarginRight(double) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+double SheetImplT<T>::marginTop() const { ZV_NOT_IMPLEMENTED(-1.0); }
+template <class T>
+void SheetImplT<T>::setMarginTop(double) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+double SheetImplT<T>::marginBottom() const { ZV_NOT_IMPLEMENTED(-1.0); }
+template <class T>
+void SheetImplT<T>::setMarginBottom(double) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+bool SheetImplT<T>::printRowCol() const { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+void SheetImplT<T>::setPrintRowCol(bool) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+void SheetImplT<T>::setPrintRepeatRows(int, int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+void SheetImplT<T>::setPrintRepeatCols(int, int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+void SheetImplT<T>::setPrintArea(int, int, int, int) { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+void SheetImplT<T>::clearPrintRepeats() { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+void SheetImplT<T>::clearPrintArea() { ZV_NOT_IMPLEMENTED(); }
+template <class T>
+bool SheetImplT<T>::getNamedRange(const T*, int*, int*, int*, int*) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::setNamedRange(const T*, int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+bool SheetImplT<T>::delNamedRange(const T*) { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+int SheetImplT<T>::namedRangeSize() const { return 0; }
+template <class T>
+const T* SheetImplT<T>::namedRange(int, int*, int*, int*, int*) { return notImplemented(); }
+template <class T>
+bool SheetImplT<T>::protect() const { ZV_NOT_IMPLEMENTED(false); }
+template <class T>
+void SheetImplT<T>::setProtect(bool) { ZV_NOT_IMPLEMENTED(); }
+
+#undef ZV_NOT_IMPLEMENTED
+
+template class SheetImplT<char>;
+template class SheetImplT<wchar_t>;
+
+}  // namespace zelvar

@@ -1,0 +1,207 @@
+// A worksheet of the binary book. Cells are the file's records kept as they are, one flat vector
+// per record kind; the sheet index maps row and column to the record that holds the cell. A write
+// never moves or removes a record: it appends and repoints the index, and records that nothing
+// points to any more are simply not written.
+#pragma once
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "book/book_impl.h"
+#include "book/cell_records.h"
+#include "book/sheet_index.h"
+#include "frame/text.h"
+#include "zelvar.h"
+
+namespace zelvar {
+
+struct Window2 {
+    uint16_t grbit = 1206;  // bit 1 gridlines, bit 3 frozen panes, bit 9 selected, bit 10 paged
+    uint16_t rwTop = 0, colLeft = 0;
+    uint32_t icvHdr = 64;
+    uint16_t wScaleSLV = 0, wScaleNormal = 0;
+};
+
+struct Rect {
+    uint16_t rwFirst = 0, rwLast = 0, colFirst = 0, colLast = 0;
+};
+
+template <class T>
+class SheetImplT : public ISheetT<T> {
+public:
+    explicit SheetImplT(BookImplT<T>* book);
+    SheetImplT(const SheetImplT& other);
+    ~SheetImplT() override;
+    SheetImplT& operator=(const SheetImplT&) = delete;
+
+    int cellType(int row, int col) const override;
+    bool isFormula(int row, int col) const override;
+    IFormatT<T>* cellFormat(int row, int col) const override;
+    void setCellFormat(int row, int col, IFormatT<T>* format) override;
+    const T* readStr(int row, int col, IFormatT<T>** format = 0) override;
+    bool writeStr(int row, int col, const T* value, IFormatT<T>* format = 0) override;
+    double readNum(int row, int col, IFormatT<T>** format = 0) const override;
+    bool writeNum(int row, int col, double value, IFormatT<T>* format = 0) override;
+    bool readBool(int row, int col, IFormatT<T>** format = 0) const override;
+    bool writeBool(int row, int col, bool value, IFormatT<T>* format = 0) override;
+    bool readBlank(int row, int col, IFormatT<T>** format) const override;
+    bool writeBlank(int row, int col, IFormatT<T>* format) override;
+    const T* readFormula(int row, int col, IFormatT<T>** format = 0) override;
+    bool writeFormula(int row, int col, const T* value, IFormatT<T>* format = 0) override;
+    const T* readComment(int row, int col) const override;
+    void writeComment(int row, int col, const T* value, const T* author = 0, int width = 129,
+                      int height = 75) override;
+    bool isDate(int row, int col) const override;
+    int readError(int row, int col) const override;
+    double colWidth(int col) const override;
+    double rowHeight(int row) const override;
+    bool setCol(int colFirst, int colLast, double width, IFormatT<T>* format = 0,
+                bool hidden = false) override;
+    bool setRow(int row, double height, IFormatT<T>* format = 0, bool hidden = false) override;
+    bool rowHidden(int row) const override;
+    bool setRowHidden(int row, bool hidden) override;
+    bool colHidden(int col) const override;
+    bool setColHidden(int col, bool hidden) override;
+    bool getMerge(int row, int col, int* rowFirst, int* rowLast, int* colFirst, int* colLast) override;
+    bool setMerge(int rowFirst, int rowLast, int colFirst, int colLast) override;
+    bool delMerge(int row, int col) override;
+    int pictureSize() const override;
+    int getPicture(int index, int* rowTop = 0, int* colLeft = 0, int* rowBottom = 0,
+                   int* colRight = 0, int* width = 0, int* height = 0, int* offsetX = 0,
+                   int* offsetY = 0) const override;
+    void setPicture(int row, int col, int pictureId, double scale = 1.0, int offsetX = 0,
+                    int offsetY = 0) override;
+    void setPicture2(int row, int col, int pictureId, int width = -1, int height = -1,
+                     int offsetX = 0, int offsetY = 0) override;
+    int getHorPageBreak(int index) const override;
+    int getHorPageBreakSize() const override;
+    int getVerPageBreak(int index) const override;
+    int getVerPageBreakSize() const override;
+    bool setHorPageBreak(int row, bool pageBreak = true) override;
+    bool setVerPageBreak(int col, bool pageBreak = true) override;
+    void split(int row, int col) override;
+    bool groupRows(int rowFirst, int rowLast, bool collapsed = true) override;
+    bool groupCols(int colFirst, int colLast, bool collapsed = true) override;
+    bool groupSummaryBelow() const override;
+    void setGroupSummaryBelow(bool below) override;
+    bool groupSummaryRight() const override;
+    void setGroupSummaryRight(bool right) override;
+    bool clear(int rowFirst = 0, int rowLast = 1048575, int colFirst = 0, int colLast = 16383) override;
+    bool insertCol(int colFirst, int colLast) override;
+    bool insertRow(int rowFirst, int rowLast) override;
+    bool removeCol(int colFirst, int colLast) override;
+    bool removeRow(int rowFirst, int rowLast) override;
+    bool copyCell(int rowSrc, int colSrc, int rowDst, int colDst) override;
+    int firstRow() const override;
+    int lastRow() const override;
+    int firstCol() const override;
+    int lastCol() const override;
+    bool displayGridlines() const override;
+    void setDisplayGridlines(bool show = true) override;
+    bool printGridlines() const override;
+    void setPrintGridlines(bool print = true) override;
+    int zoom() const override;
+    void setZoom(int zoom) override;
+    int printZoom() const override;
+    void setPrintZoom(int zoom) override;
+    bool getPrintFit(int* wPages, int* hPages) const override;
+    void setPrintFit(int wPages = 1, int hPages = 1) override;
+    bool landscape() const override;
+    void setLandscape(bool landscape = true) override;
+    Paper paper() const override;
+    void setPaper(Paper paper = PaperDefault) override;
+    const T* header() const override;
+    bool setHeader(const T* header, double margin = 0.5) override;
+    double headerMargin() const override;
+    const T* footer() const override;
+    bool setFooter(const T* footer, double margin = 0.5) override;
+    double footerMargin() const override;
+    bool hCenter() const override;
+    void setHCenter(bool hCenter = true) override;
+    bool vCenter() const override;
+    void setVCenter(bool vCenter = true) override;
+    double marginLeft() const override;
+    void setMarginLeft(double margin) override;
+    double marginRight() const override;
+    void setMarginRight(double margin) override;
+    double marginTop() const override;
+    void setMarginTop(double margin) override;
+    double marginBottom() const override;
+    void setMarginBottom(double margin) override;
+    bool printRowCol() const override;
+    void setPrintRowCol(bool print = true) override;
+    void setPrintRepeatRows(int rowFirst, int rowLast) override;
+    void setPrintRepeatCols(int colFirst, int colLast) override;
+    void setPrintArea(int rowFirst, int rowLast, int colFirst, int colLast) override;
+    void clearPrintRepeats() override;
+    void clearPrintArea() override;
+    bool getNamedRange(const T* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast) override;
+    bool setNamedRange(const T* name, int rowFirst, int rowLast, int colFirst, int colLast) override;
+    bool delNamedRange(const T* name) override;
+    int namedRangeSize() const override;
+    const T* namedRange(int index, int* rowFirst, int* rowLast, int* colFirst, int* colLast) override;
+    const T* name() const override;
+    void setName(const T* name) override;
+    bool protect() const override;
+    void setProtect(bool protect = true) override;
+    SheetState hidden() const override;
+    bool setHidden(SheetState state = SheetHidden) override;
+    void getTopLeftView(int* row, int* col) const override;
+    void setTopLeftView(int row, int col) override;
+    void addrToRowCol(const T* addr, int* row, int* col, bool* rowRelative = 0,
+                      bool* colRelative = 0) override;
+    const T* rowColToAddr(int row, int col, bool rowRelative = true, bool colRelative = true) override;
+
+    // --- inner operations ---
+    void checkRanges(int row, int col) const;
+    uint16_t getFormatID(unsigned row, unsigned col) const;
+    const T* tc(const wchar_t* text) const;
+    void recalcDimensions();
+    bool findDateChars(const wchar_t* text) const;
+    void setSelected(bool selected);
+    bool refA1() const { return _refA1; }
+    void setRefA1(bool refA1) { _refA1 = refA1; }
+    const std::basic_string<T>& nameRef() const { return _name; }
+    // Stores the name, cut to 31 characters; true when it had to be cut.
+    bool storeName(const T* name);
+    int docType() const { return _bof.dt; }
+    // Drops this sheet's references to shared strings before the sheet goes away.
+    void releaseStrings();
+
+private:
+    template <class R>
+    void writeNumber(int row, int col, double value, std::vector<R>& records, IFormatT<T>* format);
+    template <class R>
+    std::vector<R>& records();
+    // XF index for a write: the given format's position, or the cell's present one.
+    uint16_t formatForWrite(int row, int col, IFormatT<T>* format) const;
+    IFormatT<T>* formatAt(uint16_t xf) const;
+    void delSharedFormula(int row, int col) {}
+    uint32_t entryAt(int row, int col) const { return _sheetIndex.get(row, col); }
+    const T* notImplemented() const;
+
+    std::basic_string<T> _name;
+    BookImplT<T>* _book;
+    Bof _bof;
+    uint16_t _wsBool = 1217;
+    uint16_t _defaultRowHeight = 255;
+    uint16_t _defColWidth = 8;
+    Dimensions _dimensions;
+    Window2 _window2;
+    std::vector<Row> _rows;
+    std::vector<LabelSst> _labelSsts;
+    std::vector<Label> _labels;
+    std::vector<RK> _rks;
+    std::vector<Number> _numbers;
+    std::vector<ColInfo> _colInfos;
+    std::vector<std::vector<Rect>> _mergeCells;
+    std::vector<Blank> _blanks;
+    std::vector<BoolErr> _boolErrs;
+    std::vector<FormulaBlock> _formulas;
+    SheetIndex _sheetIndex;
+    mutable StringKeeper<T> _keeper;
+    bool _refA1 = true;
+    mutable bool _dimensionsDirty = false;
+};
+
+}  // namespace zelvar
