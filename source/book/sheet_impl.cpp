@@ -181,6 +181,32 @@ bool SheetImplT<T>::writeBlank(int row, int col, IFormatT<T>* format) {
 }
 
 template <class T>
+bool SheetImplT<T>::writeError(int row, int col, int code, IFormatT<T>* format) {
+    return _book->guard(false, [&] {
+        checkRanges(row, col);
+        writeNumber(row, col, 0.0, _boolErrs, format);
+        BoolErr& record = _boolErrs[SheetIndex::position(_sheetIndex(row, col))];
+        record.fError = 1;
+        record.bBoolErr = static_cast<uint8_t>(code);
+        return true;
+    });
+}
+
+template <class T>
+size_t SheetImplT<T>::recordCount(CellKind kind) const {
+    switch (kind) {
+        case KindRK: return _rks.size();
+        case KindNumber: return _numbers.size();
+        case KindLabelSst: return _labelSsts.size();
+        case KindBlank: return _blanks.size();
+        case KindBoolErr: return _boolErrs.size();
+        case KindFormula: return _formulas.size();
+        case KindLabel: return _labels.size();
+        default: return 0;
+    }
+}
+
+template <class T>
 bool SheetImplT<T>::writeStr(int row, int col, const T* value, IFormatT<T>* format) {
     return _book->guard(false, [&] {
         checkRanges(row, col);

@@ -165,6 +165,11 @@ public:
     // Stores the name, cut to 31 characters; true when it had to be cut.
     bool storeName(const T* name);
     int docType() const { return _bof.dt; }
+    // An error cell, as files carry them; code is an ErrorType value.
+    bool writeError(int row, int col, int code, IFormatT<T>* format);
+    // The index entry of a cell (0 for none) and the number of records of a kind, kept or stale.
+    uint32_t entryFor(int row, int col) const { return _sheetIndex.get(row & 0xFFFF, col & 0xFF); }
+    size_t recordCount(CellKind kind) const;
     // Drops this sheet's references to shared strings before the sheet goes away.
     void releaseStrings();
 
