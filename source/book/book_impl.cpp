@@ -127,10 +127,10 @@ bool BookImplT<T>::load(const T* filename) {
     } catch (const std::exception& e) {
         std::string text = e.what();
         clear();
-        _message = text;
+        setMessage(text);
     } catch (...) {
         clear();
-        _message = "general failure";
+        setMessage("general failure");
     }
     return false;
 }
@@ -157,7 +157,7 @@ bool BookImplT<T>::saveRaw(const char** data, unsigned* size) {
 template <class T>
 ISheetT<T>* BookImplT<T>::addSheet(const T* name, ISheetT<T>* initSheet) {
     if (_boundSheets.size() != _sheets.size()) {
-        _message = "integrity error: _boundSheets.size() != _sheets.size()";
+        setMessage("integrity error: _boundSheets.size() != _sheets.size()");
         return nullptr;
     }
     return insertSheet(sheetCount(), name, initSheet);
@@ -203,14 +203,14 @@ ISheetT<T>* BookImplT<T>::insertSheet(int index, const T* name, ISheetT<T>* init
         for (size_t i = 0; i < _sheets.size(); ++i) _rrTabId.push_back(static_cast<uint16_t>(i + 1));
         return result;
     });
-    if (made && cut) _message = "warning: sheet's name is cut to 31 characters";
+    if (made && cut) setMessage("warning: sheet's name is cut to 31 characters");
     return made;
 }
 
 template <class T>
 ISheetT<T>* BookImplT<T>::getSheet(int index) const {
     if (index < 0 || index >= static_cast<int>(_sheets.size())) {
-        _message = kOutOfRange;
+        setMessage(kOutOfRange);
         return nullptr;
     }
     setOk();
@@ -220,7 +220,7 @@ ISheetT<T>* BookImplT<T>::getSheet(int index) const {
 template <class T>
 int BookImplT<T>::sheetType(int index) const {
     if (index < 0 || index >= static_cast<int>(_sheets.size())) {
-        _message = kOutOfRange;
+        setMessage(kOutOfRange);
         return SheetTypeOther;
     }
     setOk();
@@ -357,7 +357,7 @@ const T* BookImplT<T>::customNumFormat(int id) {
 template <class T>
 IFormatT<T>* BookImplT<T>::format(int index) {
     if (index < 0 || index >= static_cast<int>(_formats.size())) {
-        _message = kOutOfRange;
+        setMessage(kOutOfRange);
         return nullptr;
     }
     setOk();
@@ -367,7 +367,7 @@ IFormatT<T>* BookImplT<T>::format(int index) {
 template <class T>
 IFontT<T>* BookImplT<T>::font(int index) {
     if (index < 0 || index >= static_cast<int>(_fonts.size())) {
-        _message = kOutOfRange;
+        setMessage(kOutOfRange);
         return nullptr;
     }
     setOk();
@@ -463,19 +463,19 @@ int BookImplT<T>::pictureSize() const {
 
 template <class T>
 int BookImplT<T>::getPicture(int, const char**, unsigned*) const {
-    _message = kNotImplemented;
+    setMessage(kNotImplemented);
     return PictureError;
 }
 
 template <class T>
 int BookImplT<T>::addPicture(const T*) {
-    _message = kNotImplemented;
+    setMessage(kNotImplemented);
     return -1;
 }
 
 template <class T>
 int BookImplT<T>::addPicture2(const char*, unsigned) {
-    _message = kNotImplemented;
+    setMessage(kNotImplemented);
     return -1;
 }
 
@@ -520,7 +520,7 @@ bool BookImplT<T>::setLocale(const char* locale) {
     const char* current = std::setlocale(LC_ALL, nullptr);
     _savedLocale = current ? current : "";
     if (!std::setlocale(LC_ALL, locale ? locale : "")) {
-        _message = "setlocale error";
+        setMessage("setlocale error");
         return false;
     }
     setOk();
@@ -533,7 +533,7 @@ const T* BookImplT<T>::tc(const wchar_t* text) {
     _text.assign(text);
     const T* result = _text.c_str<T>(_utf8Mode);
     if (_text.failed())
-        _message = "warning: some characters have not been converted properly";
+        setMessage("warning: some characters have not been converted properly");
     else
         setOk();
     return result;

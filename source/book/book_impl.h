@@ -2,6 +2,7 @@
 // and formats it owns, and the life of a book (defaults, load, save, reset).
 #pragma once
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <string>
 #include <utility>
@@ -101,7 +102,7 @@ public:
     bool isDate1904() const override { return _date1904 != 0; }
     void setDate1904(bool date1904 = true) override { _date1904 = date1904 ? 1 : 0; }
     bool setLocale(const char* locale) override;
-    const char* errorMessage() const override { return _message.c_str(); }
+    const char* errorMessage() const override { return _ok ? "ok" : _message.c_str(); }
     void release() override { delete this; }
 
     // --- inner operations used by the sheets, formats and fonts ---
@@ -115,9 +116,9 @@ public:
             setOk();
             return result;
         } catch (const std::exception& e) {
-            _message = e.what();
+            setMessage(e.what());
         } catch (...) {
-            _message = "general failure";
+            setMessage("general failure");
         }
         return failure;
     }
@@ -128,8 +129,13 @@ public:
             return 0;
         });
     }
-    void setOk() const { _message.assign("ok", 2); }
-    void setMessage(const char* text) const { _message = text; }
+    // "ok" is a flag, so that the hot path of every successful operation is a single store.
+    void setOk() const { _ok = true; }
+    void setMessage(const char* text) const {
+        _ok = std::strcmp(text, "ok") == 0;
+        if (!_ok) _message = text;
+    }
+    void setMessage(const std::string& text) const { setMessage(text.c_str()); }
 
     // Converts a wide text to the book's text form; it lives until the next tc of the book.
     const T* tc(const wchar_t* text);
@@ -162,7 +168,8 @@ public:
 private:
     int addCustomNumFormatWide(const std::wstring& text);
 
-    mutable std::string _message = "ok";
+    mutable bool _ok = true;
+    mutable std::string _message;
     XString _text;
     std::vector<SheetImplT<T>*> _sheets;
     Bof _bof;

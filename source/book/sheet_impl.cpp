@@ -78,7 +78,7 @@ const wchar_t* SheetImplT<wchar_t>::tc(const wchar_t* text) const {
 
 template <class T>
 template <class R>
-std::vector<R>& SheetImplT<T>::records() {
+RecordVector<R>& SheetImplT<T>::records() {
     if constexpr (R::kind == KindRK) return _rks;
     else if constexpr (R::kind == KindNumber) return _numbers;
     else if constexpr (R::kind == KindLabelSst) return _labelSsts;
@@ -122,7 +122,7 @@ IFormatT<T>* SheetImplT<T>::formatAt(uint16_t xf) const {
 // any other gets a new record and the index entry is repointed; the old record stays behind.
 template <class T>
 template <class R>
-void SheetImplT<T>::writeNumber(int row, int col, double value, std::vector<R>& vec, IFormatT<T>* format) {
+void SheetImplT<T>::writeNumber(int row, int col, double value, RecordVector<R>& vec, IFormatT<T>* format) {
     uint16_t xf = formatForWrite(row, col, format);
     uint32_t& e = _sheetIndex(row, col);
     if (e && SheetIndex::kind(e) == R::kind) {

@@ -10,6 +10,7 @@
 #include "book/book_impl.h"
 #include "book/cell_records.h"
 #include "book/sheet_index.h"
+#include "frame/huge_pages.h"
 #include "frame/text.h"
 #include "zelvar.h"
 
@@ -25,6 +26,10 @@ struct Window2 {
 struct Rect {
     uint16_t rwFirst = 0, rwLast = 0, colFirst = 0, colLast = 0;
 };
+
+// Cell records live in vectors whose big buffers sit on huge pages.
+template <class R>
+using RecordVector = std::vector<R, HugeAllocator<R>>;
 
 template <class T>
 class SheetImplT : public ISheetT<T> {
@@ -175,9 +180,9 @@ public:
 
 private:
     template <class R>
-    void writeNumber(int row, int col, double value, std::vector<R>& records, IFormatT<T>* format);
+    void writeNumber(int row, int col, double value, RecordVector<R>& records, IFormatT<T>* format);
     template <class R>
-    std::vector<R>& records();
+    RecordVector<R>& records();
     // XF index for a write: the given format's position, or the cell's present one.
     uint16_t formatForWrite(int row, int col, IFormatT<T>* format) const;
     IFormatT<T>* formatAt(uint16_t xf) const;
@@ -194,15 +199,15 @@ private:
     Dimensions _dimensions;
     Window2 _window2;
     std::vector<Row> _rows;
-    std::vector<LabelSst> _labelSsts;
-    std::vector<Label> _labels;
-    std::vector<RK> _rks;
-    std::vector<Number> _numbers;
+    RecordVector<LabelSst> _labelSsts;
+    RecordVector<Label> _labels;
+    RecordVector<RK> _rks;
+    RecordVector<Number> _numbers;
     std::vector<ColInfo> _colInfos;
     std::vector<std::vector<Rect>> _mergeCells;
-    std::vector<Blank> _blanks;
-    std::vector<BoolErr> _boolErrs;
-    std::vector<FormulaBlock> _formulas;
+    RecordVector<Blank> _blanks;
+    RecordVector<BoolErr> _boolErrs;
+    RecordVector<FormulaBlock> _formulas;
     SheetIndex _sheetIndex;
     mutable StringKeeper<T> _keeper;
     bool _refA1 = true;

@@ -3,6 +3,7 @@
 #pragma once
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
 namespace zelvar {
 
@@ -25,7 +26,7 @@ public:
     // The entry of a cell; the row's block is made on first use.
     uint32_t& operator()(unsigned row, unsigned col) {
         uint32_t*& block = _rows[row];
-        if (!block) block = new uint32_t[kCols]();
+        if (!block) block = newBlock();
         return block[col];
     }
     // Reading needs the row's block to exist: test with operator()(row) first.
@@ -33,27 +34,23 @@ public:
     bool operator()(unsigned row) const { return _rows[row] != nullptr; }
     // The entry, or 0 when the row has no block.
     uint32_t get(unsigned row, unsigned col) const { return _rows[row] ? _rows[row][col] : 0; }
-    void clear() {
-        for (unsigned r = 0; r < kRows; ++r) {
-            delete[] _rows[r];
-            _rows[r] = nullptr;
-        }
-    }
+    // Gives a row's block back (all its entries must be 0 or no longer wanted).
+    void dropRow(unsigned row);
+    void clear();
 
     static uint32_t entry(unsigned kind, unsigned position) { return position << 4 | kind << 1 | 1; }
     static unsigned kind(uint32_t entry) { return (entry >> 1) & 7; }
     static unsigned position(uint32_t entry) { return entry >> 4; }
 
 private:
-    void copyFrom(const SheetIndex& other) {
-        for (unsigned r = 0; r < kRows; ++r) {
-            if (!other._rows[r]) continue;
-            _rows[r] = new uint32_t[kCols];
-            std::memcpy(_rows[r], other._rows[r], kCols * sizeof(uint32_t));
-        }
-    }
+    // Blocks come from chunks of one huge page; dropped blocks are reused before new ones.
+    uint32_t* newBlock();
+    void copyFrom(const SheetIndex& other);
 
     uint32_t* _rows[kRows];
+    std::vector<uint32_t*> _chunks;
+    std::vector<uint32_t*> _freeBlocks;
+    unsigned _usedInChunk = 0;
 };
 
 }  // namespace zelvar
