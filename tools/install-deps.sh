@@ -7,7 +7,7 @@ packages=(
   cmake g++ make pkg-config
   zlib1g-dev libsparsehash-dev libutfcpp-dev libxml2-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  python3 python3-xlrd python3-openpyxl
+  python3 python3-xlrd python3-openpyxl python3-olefile
   clang libclang-rt-14-dev
   zip unzip libxml2-utils
 )
