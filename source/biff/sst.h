@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "biff/xls.h"
 #include "frame/mem_pool.h"
 
 namespace zelvar {
@@ -90,6 +91,10 @@ public:
     // Adds a string read from a file into a new slot (duplicates keep their own slots).
     unsigned insertLoaded(const ExtString<T>& string);
     const wchar_t* extract(unsigned index) const { return _map.extract(index).text; }
+    // Reads the table of a file (the record header is consumed); every slot is kept.
+    void read(XlsStream& xls, uint16_t size, MemPool* pool);
+    // Writes the SST record and its CONTINUE pieces; sizes are patched at the end.
+    void write(XlsStream& xls);
     const ExtString<T>& entry(unsigned index) const { return _map.extract(index); }
     unsigned count() const { return _map.count(); }
     void reset();

@@ -3,6 +3,7 @@
 #include <clocale>
 #include <cmath>
 #include <fstream>
+#include <sstream>
 #include <memory>
 #include <set>
 
@@ -44,7 +45,31 @@ void BookImplT<T>::free() {
 
 template <class T>
 void BookImplT<T>::reset() {
+    _xls.reset(true);
     _bof = Bof();
+    _interfaceHdr = 1200;
+    _mms[0] = _mms[1] = 0;
+    _writeAccess.assign({1, 0, 0, 0x4C});
+    _writeAccess.resize(112, 0x20);
+    _codePage = 1200;
+    _dsf = 0;
+    _builtInFnGroupCount = 14;
+    _winProtect = _protect = _password = _prot4Rev = _prot4RevPass = 0;
+    _backup = _hideObj = _refreshAll = _bookBool = _usesELFs = 0;
+    _calcPrecision = 1;
+    _country[0] = _country[1] = 1;
+    _recalcIdRt = 449;
+    _recalcIdReserved = 0;
+    _recalcIdBuild = 114210;
+    for (EmptyBiff<T>* slot : {&_obProj, &_obNoMacros, &_codeName, &_xfCRC, &_tableStyles, &_clrtClient,
+                               &_mtrSettings, &_forceFullCalculation, &_theme, &_compressPictures, &_compat12})
+        slot->clear();
+    _xfExts.clear();
+    _supBookBlocks.clear();
+    _lbls.clear();
+    _drawingGroup.clear();
+    _unknownRecords.clear();
+    _boundSheetNames.clear();
     _rrTabId.assign(1, 1);
     _window1 = Window1();
     _date1904 = 0;
@@ -123,7 +148,11 @@ bool BookImplT<T>::load(const T* filename) {
         if (!filename) throw zverror("can't open file for reading");
         std::ifstream file(narrowPath(filename, _utf8Mode), std::ios::binary);
         if (!file) throw zverror("can't open file for reading");
-        throw zverror(kNotImplemented);
+        std::stringstream bytes(std::ios::in | std::ios::out | std::ios::binary);
+        bytes << file.rdbuf();
+        loadFrom(bytes);
+        setOk();
+        return true;
     } catch (const std::exception& e) {
         std::string text = e.what();
         clear();
@@ -137,21 +166,46 @@ bool BookImplT<T>::load(const T* filename) {
 
 template <class T>
 bool BookImplT<T>::save(const T* filename) {
-    return guard(false, [&]() -> bool { throw zverror(kNotImplemented); });
+    if (!filename) {
+        setMessage("can't open file for writing");
+        return false;
+    }
+    std::string path = narrowPath(filename, _utf8Mode);
+    return guard(false, [&] {
+        std::stringstream bytes(std::ios::in | std::ios::out | std::ios::binary);
+        saveTo(bytes);
+        std::ofstream file(path, std::ios::binary | std::ios::trunc);
+        if (!file) throw zverror("can't open file for writing");
+        const std::string& data = bytes.str();
+        file.write(data.data(), static_cast<std::streamsize>(data.size()));
+        file.flush();
+        if (!file) throw zverror("stream error, perhaps it's too small writing buffer");
+        return true;
+    });
 }
 
+// A failed raw load leaves what was read: the next load is the way out of that state.
 template <class T>
 bool BookImplT<T>::loadRaw(const char* data, unsigned size) {
-    return guard(false, [&]() -> bool {
+    return guard(false, [&] {
         free();
         reset();
-        throw zverror(kNotImplemented);
+        std::stringstream bytes(std::ios::in | std::ios::out | std::ios::binary);
+        if (data && size) bytes.write(data, size);
+        return loadFrom(bytes);
     });
 }
 
 template <class T>
 bool BookImplT<T>::saveRaw(const char** data, unsigned* size) {
-    return guard(false, [&]() -> bool { throw zverror(kNotImplemented); });
+    return guard(false, [&] {
+        std::stringstream bytes(std::ios::in | std::ios::out | std::ios::binary);
+        saveTo(bytes);
+        _rawData = bytes.str();
+        if (data) *data = _rawData.data();
+        if (size) *size = static_cast<unsigned>(_xls.fileSize());
+        return true;
+    });
 }
 
 template <class T>
@@ -179,14 +233,12 @@ ISheetT<T>* BookImplT<T>::insertSheet(int index, const T* name, ISheetT<T>* init
         }
         std::unique_ptr<SheetImplT<T>> sheet(source ? new SheetImplT<T>(*source) : new SheetImplT<T>(this));
         cut = sheet->storeName(name);
-        std::wstring wide, other;
-        toWide(sheet->nameRef().c_str(), _utf8Mode, wide);
-        for (SheetImplT<T>* s : _sheets) {
-            toWide(s->nameRef().c_str(), _utf8Mode, other);
-            if (sicmp(wide, other) == 0) throw zverror("book already contains such sheet name");
-        }
-        if (source)
+        for (SheetImplT<T>* s : _sheets)
+            if (sicmp(sheet->nameRef(), s->nameRef()) == 0) throw zverror("book already contains such sheet name");
+        if (source) {
+            sheet->retainStrings();
             sheet->setSelected(false);
+        }
         else
             sheet->setRefA1(!_refR1C1);
         _boundSheets.insert(_boundSheets.begin() + index, BoundSheet());

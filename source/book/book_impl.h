@@ -8,7 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "biff/biff_record.h"
 #include "biff/sst.h"
+#include "biff/xls.h"
 #include "book/palette.h"
 #include "frame/mem_pool.h"
 #include "frame/text.h"
@@ -164,15 +166,46 @@ public:
     void reset();
     void init();
     void clear();
+    // The workbook stream: globals, then each sheet's substream.
+    void readStream();
+    void writeStream();
+    bool biff5() const { return _bof.vers < 1281; }
 
 private:
+    void readGlobal(uint16_t type, uint16_t size);
+    void readRaw(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into);
+    void takeContinues(std::vector<Biff<T>>& into);
+    bool loadFrom(std::iostream& stream);
+    void saveTo(std::iostream& stream);
     int addCustomNumFormatWide(const std::wstring& text);
 
     mutable bool _ok = true;
     mutable std::string _message;
     XString _text;
+    XlsStream _xls;
     std::vector<SheetImplT<T>*> _sheets;
     Bof _bof;
+    uint16_t _interfaceHdr = 1200;
+    uint8_t _mms[2] = {0, 0};
+    std::vector<uint8_t> _writeAccess;
+    uint16_t _codePage = 1200;
+    uint16_t _dsf = 0;
+    uint16_t _builtInFnGroupCount = 14;
+    uint16_t _winProtect = 0, _protect = 0, _password = 0, _prot4Rev = 0, _prot4RevPass = 0;
+    uint16_t _backup = 0, _hideObj = 0, _calcPrecision = 1, _refreshAll = 0, _bookBool = 0, _usesELFs = 0;
+    uint16_t _country[2] = {1, 1};
+    uint16_t _recalcIdRt = 449, _recalcIdReserved = 0;
+    uint32_t _recalcIdBuild = 114210;
+    EmptyBiff<T> _obProj{211}, _obNoMacros{445}, _codeName{442}, _xfCRC{2172}, _tableStyles{2190},
+        _clrtClient{4188}, _mtrSettings{2202}, _forceFullCalculation{2211}, _theme{2198},
+        _compressPictures{2203}, _compat12{2188};
+    std::vector<Biff<T>> _xfExts;
+    // Blocks carried as read: external references (SupBook and what follows it), defined names,
+    // and the drawing group, each record with its CONTINUE records.
+    std::vector<std::vector<Biff<T>>> _supBookBlocks;
+    std::vector<std::vector<Biff<T>>> _lbls;
+    std::vector<Biff<T>> _drawingGroup;
+    std::vector<Biff<T>> _unknownRecords;
     std::vector<uint16_t> _rrTabId;
     Window1 _window1;
     uint16_t _date1904 = 0;
@@ -182,6 +215,7 @@ private:
     std::vector<FormatImplT<T>*> _formats;
     std::vector<StyleBlock> _styles;
     std::vector<BoundSheet> _boundSheets;
+    std::vector<std::wstring> _boundSheetNames;  // names read, until the sheets take them
     MemPool _pool;
     std::string _rawData;
     bool _rgbMode = false;

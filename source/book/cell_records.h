@@ -113,9 +113,18 @@ struct Formula {
     int errorValue() const { return result[2]; }
 };
 
+// A formula record with the records that belong to it: the array or table record, the shared
+// formula, and the String record of a text result with its continuations, all kept as read.
 struct FormulaBlock {
     static constexpr CellKind kind = KindFormula;
     Formula formula;
+    std::vector<uint8_t> arrayRecord;
+    uint16_t arrayType = 0;
+    bool shared = false;
+    std::vector<uint8_t> shrFmla;
+    bool hasString = false;
+    std::vector<uint8_t> stringRecord;
+    std::vector<std::vector<uint8_t>> stringContinues;
 };
 
 // A Row record in memory. grbit: bits 0-2 outline level, 4 collapsed, 5 hidden, 7 formatted.

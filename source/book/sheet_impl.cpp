@@ -19,29 +19,7 @@ SheetImplT<T>::SheetImplT(BookImplT<T>* book) : _book(book) {
 }
 
 template <class T>
-SheetImplT<T>::SheetImplT(const SheetImplT& other)
-    : ISheetT<T>(other),
-      _name(other._name),
-      _book(other._book),
-      _bof(other._bof),
-      _wsBool(other._wsBool),
-      _defaultRowHeight(other._defaultRowHeight),
-      _defColWidth(other._defColWidth),
-      _dimensions(other._dimensions),
-      _window2(other._window2),
-      _rows(other._rows),
-      _labelSsts(other._labelSsts),
-      _labels(other._labels),
-      _rks(other._rks),
-      _numbers(other._numbers),
-      _colInfos(other._colInfos),
-      _mergeCells(other._mergeCells),
-      _blanks(other._blanks),
-      _boolErrs(other._boolErrs),
-      _formulas(other._formulas),
-      _sheetIndex(other._sheetIndex),
-      _refA1(other._refA1),
-      _dimensionsDirty(other._dimensionsDirty) {
+void SheetImplT<T>::retainStrings() {
     for (const LabelSst& label : _labelSsts) _book->sst().addUser(label.isst);
 }
 
@@ -74,18 +52,6 @@ const T* SheetImplT<T>::tc(const wchar_t* text) const {
 template <>
 const wchar_t* SheetImplT<wchar_t>::tc(const wchar_t* text) const {
     return text;
-}
-
-template <class T>
-template <class R>
-RecordVector<R>& SheetImplT<T>::records() {
-    if constexpr (R::kind == KindRK) return _rks;
-    else if constexpr (R::kind == KindNumber) return _numbers;
-    else if constexpr (R::kind == KindLabelSst) return _labelSsts;
-    else if constexpr (R::kind == KindBlank) return _blanks;
-    else if constexpr (R::kind == KindBoolErr) return _boolErrs;
-    else if constexpr (R::kind == KindFormula) return _formulas;
-    else return _labels;
 }
 
 template <class T>
@@ -541,31 +507,33 @@ void SheetImplT<T>::setSelected(bool selected) {
 
 template <class T>
 bool SheetImplT<T>::storeName(const T* name) {
-    _name.assign(name ? name : std::basic_string<T>().c_str());
+    std::basic_string<T> text(name ? name : std::basic_string<T>().c_str());
     bool utf8 = _book->utf8Mode();
+    bool cut = false;
     if constexpr (std::is_same<T, char>::value) {
         if (utf8) {
             // Cut after 31 code points, never inside a character.
             size_t points = 0;
-            for (size_t i = 0; i < _name.size(); ++i) {
-                if ((static_cast<unsigned char>(_name[i]) & 0xC0) != 0x80 && ++points == 32) {
-                    _name.resize(i);
-                    return true;
+            for (size_t i = 0; i < text.size(); ++i) {
+                if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80 && ++points == 32) {
+                    text.resize(i);
+                    cut = true;
+                    break;
                 }
             }
-            return false;
         }
     }
-    if (_name.size() > 31) {
-        _name.resize(31);
-        return true;
+    if (!cut && !(std::is_same<T, char>::value && utf8) && text.size() > 31) {
+        text.resize(31);
+        cut = true;
     }
-    return false;
+    toWide(text.c_str(), utf8, _name);
+    return cut;
 }
 
 template <class T>
 const T* SheetImplT<T>::name() const {
-    return _name.c_str();
+    return tc(_name.c_str());
 }
 
 template <class T>

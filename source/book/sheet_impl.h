@@ -19,8 +19,8 @@ namespace zelvar {
 struct Window2 {
     uint16_t grbit = 1206;  // bit 1 gridlines, bit 3 frozen panes, bit 9 selected, bit 10 paged
     uint16_t rwTop = 0, colLeft = 0;
-    uint32_t icvHdr = 64;
-    uint16_t wScaleSLV = 0, wScaleNormal = 0;
+    uint16_t icvHdr = 64;
+    uint16_t rest[5] = {0, 0, 0, 0, 0};
 };
 
 struct Rect {
@@ -35,7 +35,8 @@ template <class T>
 class SheetImplT : public ISheetT<T> {
 public:
     explicit SheetImplT(BookImplT<T>* book);
-    SheetImplT(const SheetImplT& other);
+    // A deep copy; the copy then holds its own references to shared strings (retainStrings).
+    SheetImplT(const SheetImplT& other) = default;
     ~SheetImplT() override;
     SheetImplT& operator=(const SheetImplT&) = delete;
 
@@ -166,7 +167,11 @@ public:
     void setSelected(bool selected);
     bool refA1() const { return _refA1; }
     void setRefA1(bool refA1) { _refA1 = refA1; }
-    const std::basic_string<T>& nameRef() const { return _name; }
+    const std::wstring& nameRef() const { return _name; }
+    void setWideName(const std::wstring& name) { _name = name; }
+    // The substream of this sheet: read from its BOF to its EOF, written in the fixed order.
+    void read(XlsStream& xls);
+    void write(XlsStream& xls);
     // Stores the name, cut to 31 characters; true when it had to be cut.
     bool storeName(const T* name);
     int docType() const { return _bof.dt; }
@@ -175,6 +180,7 @@ public:
     // The index entry of a cell (0 for none) and the number of records of a kind, kept or stale.
     uint32_t entryFor(int row, int col) const { return _sheetIndex.get(row & 0xFFFF, col & 0xFF); }
     size_t recordCount(CellKind kind) const;
+    void retainStrings();
     // Drops this sheet's references to shared strings before the sheet goes away.
     void releaseStrings();
 
@@ -182,7 +188,15 @@ private:
     template <class R>
     void writeNumber(int row, int col, double value, RecordVector<R>& records, IFormatT<T>* format);
     template <class R>
-    RecordVector<R>& records();
+    RecordVector<R>& records() {
+        if constexpr (R::kind == KindRK) return _rks;
+        else if constexpr (R::kind == KindNumber) return _numbers;
+        else if constexpr (R::kind == KindLabelSst) return _labelSsts;
+        else if constexpr (R::kind == KindBlank) return _blanks;
+        else if constexpr (R::kind == KindBoolErr) return _boolErrs;
+        else if constexpr (R::kind == KindFormula) return _formulas;
+        else return _labels;
+    }
     // XF index for a write: the given format's position, or the cell's present one.
     uint16_t formatForWrite(int row, int col, IFormatT<T>* format) const;
     IFormatT<T>* formatAt(uint16_t xf) const;
@@ -190,12 +204,56 @@ private:
     uint32_t entryAt(int row, int col) const { return _sheetIndex.get(row, col); }
     const T* notImplemented() const;
 
-    std::basic_string<T> _name;
+    void readRecord(XlsStream& xls, uint16_t type, uint16_t size);
+    void readPageSetup(XlsStream& xls, uint16_t type, uint16_t size);
+    void readFormulaBlock(XlsStream& xls, uint16_t size);
+    void writeCells(XlsStream& xls);
+    template <class R>
+    void placeCell(const R& record);
+
+    std::wstring _name;
     BookImplT<T>* _book;
     Bof _bof;
+    bool _hasUncalced = false;
+    uint16_t _uncalced = 0;
+    uint32_t _indexReserved = 0, _indexRwMic = 0, _indexRwMac = 0, _indexIbXF = 0;
+    std::vector<uint32_t> _indexPositions;
+    uint16_t _calcMode = 1, _calcCount = 100, _calcRefMode = 1, _calcIter = 0;
+    double _calcDelta = 0.001;
+    uint16_t _calcSaveRecalc = 1, _printRowCol = 0, _printGrid = 0, _gridSet = 1;
+    uint16_t _guts[4] = {0, 0, 0, 0};
+    uint16_t _defaultRowHeightFlags = 0;
     uint16_t _wsBool = 1217;
     uint16_t _defaultRowHeight = 255;
     uint16_t _defColWidth = 8;
+    // Page setup: header, footer, centring, margins, printer data and the Setup record.
+    std::wstring _header, _footer;
+    uint16_t _hCenter = 0, _vCenter = 0;
+    double _margins[4] = {0.75, 0.75, 1.0, 1.0};
+    bool _marginSet[4] = {false, false, false, false};
+    std::vector<Biff<T>> _pls;
+    struct SetupBIFF {
+        uint16_t iPaperSize = 0, iScale = 100;
+        int16_t iPageStart = 1;
+        uint16_t iFitWidth = 1, iFitHeight = 1, grbit = 6, iRes = 0, iVRes = 0;
+        double numHdr = 0.5, numFtr = 0.5;
+        uint16_t iCopies = 0;
+    } _setup;
+    // Protect, ScenarioProtect, ObjProtect, Password, each present or not.
+    bool _protectionSet[4] = {false, false, false, false};
+    uint16_t _protection[4] = {0, 0, 0, 0};
+    struct PageBreak {
+        uint16_t pos = 0, start = 0, end = 255;
+    };
+    std::vector<PageBreak> _horizontalPageBreaks, _verticalPageBreaks;
+    EmptyBiff<T> _headerFooter{2204}, _sort{144}, _dropDownObjIds{2164}, _autoFilterInfo{157},
+        _entExU2{450}, _dCon{80}, _plv{2187}, _dxGCol{153}, _codeName{442};
+    std::vector<Biff<T>> _noteShs, _selections, _objects, _unknownRecords;
+    bool _hasPane = false;
+    uint16_t _pane[4] = {0, 0, 0, 0};
+    uint8_t _paneActive = 0;
+    uint16_t _sclNum = 100, _sclDenom = 100;
+    std::vector<uint8_t> _phoneticInfo = std::vector<uint8_t>(6, 0);
     Dimensions _dimensions;
     Window2 _window2;
     std::vector<Row> _rows;

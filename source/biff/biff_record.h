@@ -1,0 +1,194 @@
+// Raw records and the payload reader that record classes parse with. A record the library does
+// not interpret is kept as its id and payload and written back unchanged.
+#pragma once
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "biff/xls.h"
+#include "frame/zverror.h"
+
+namespace zelvar {
+
+template <class T>
+struct Biff {
+    uint16_t id = 0;
+    std::vector<uint8_t> payload;
+
+    Biff() = default;
+    explicit Biff(uint16_t type) : id(type) {}
+    int read(XlsStream& xls, uint16_t size) {
+        if (size == 0) return 0;
+        payload.resize(size);
+        int got = xls.read(reinterpret_cast<char*>(payload.data()), size);
+        if (got < size) payload.resize(static_cast<size_t>(got));
+        return got;
+    }
+    int write(XlsStream& xls) const {
+        return xls.write(id, reinterpret_cast<const char*>(payload.data()), static_cast<int>(payload.size()));
+    }
+};
+
+// An optional slot: written only when a file supplied it.
+template <class T>
+struct EmptyBiff : Biff<T> {
+    bool empty = true;
+    explicit EmptyBiff(uint16_t type = 0) : Biff<T>(type) {}
+    int read(XlsStream& xls, uint16_t size) {
+        empty = false;
+        return Biff<T>::read(xls, size);
+    }
+    int writeIfPresent(XlsStream& xls) const { return empty ? 0 : this->write(xls); }
+    void clear() {
+        empty = true;
+        this->payload.clear();
+    }
+};
+
+// A record's payload read whole, with checked little-endian field access. Running past the end
+// fails with "<Name> size is incorrect".
+class RecordReader {
+public:
+    RecordReader(XlsStream& xls, uint16_t size, const char* name) : _name(name) {
+        _data.resize(size);
+        int got = size ? xls.read(reinterpret_cast<char*>(_data.data()), size) : 0;
+        _data.resize(static_cast<size_t>(got > 0 ? got : 0));
+    }
+    RecordReader(const std::vector<uint8_t>& data, const char* name) : _data(data), _name(name) {}
+
+    size_t size() const { return _data.size(); }
+    size_t pos() const { return _pos; }
+    size_t left() const { return _data.size() - _pos; }
+    const uint8_t* at() const { return _data.data() + _pos; }
+    uint8_t u8() {
+        need(1);
+        return _data[_pos++];
+    }
+    uint16_t u16() {
+        need(2);
+        uint16_t v = static_cast<uint16_t>(_data[_pos] | _data[_pos + 1] << 8);
+        _pos += 2;
+        return v;
+    }
+    uint32_t u32() {
+        need(4);
+        uint32_t v = static_cast<uint32_t>(_data[_pos]) | static_cast<uint32_t>(_data[_pos + 1]) << 8 |
+                     static_cast<uint32_t>(_data[_pos + 2]) << 16 | static_cast<uint32_t>(_data[_pos + 3]) << 24;
+        _pos += 4;
+        return v;
+    }
+    double f64() {
+        need(8);
+        double v;
+        std::memcpy(&v, _data.data() + _pos, 8);
+        _pos += 8;
+        return v;
+    }
+    void bytes(void* out, size_t n) {
+        need(n);
+        std::memcpy(out, _data.data() + _pos, n);
+        _pos += n;
+    }
+    void skip(size_t n) {
+        need(n);
+        _pos += n;
+    }
+    // A string of the record: count (8 or 16 bits), flag byte unless noFlag, characters.
+    std::wstring string(bool shortCount, bool noFlag) {
+        size_t count = shortCount ? u8() : u16();
+        uint8_t flags = noFlag ? 0 : u8();
+        return chars(count, flags);
+    }
+    std::wstring chars(size_t count, uint8_t flags) {
+        std::wstring out;
+        out.reserve(count);
+        if (flags & 1) {
+            need(count * 2);
+            for (size_t i = 0; i < count; ++i) out.push_back(static_cast<wchar_t>(_data[_pos + 2 * i] | _data[_pos + 2 * i + 1] << 8));
+            _pos += count * 2;
+        } else {
+            need(count);
+            for (size_t i = 0; i < count; ++i) out.push_back(static_cast<wchar_t>(_data[_pos + i]));
+            _pos += count;
+        }
+        return out;
+    }
+    // The whole payload must have been used.
+    void done() const {
+        if (_pos != _data.size()) fail();
+    }
+    [[noreturn]] void fail() const { throw zverror(std::string(_name) + " size is incorrect"); }
+
+private:
+    void need(size_t n) const {
+        if (_data.size() - _pos < n) fail();
+    }
+    std::vector<uint8_t> _data;
+    size_t _pos = 0;
+    const char* _name;
+};
+
+// Builds a record's payload field by field, for writing.
+class RecordWriter {
+public:
+    void u8(uint8_t v) { _data.push_back(v); }
+    void u16(uint16_t v) {
+        _data.push_back(static_cast<uint8_t>(v));
+        _data.push_back(static_cast<uint8_t>(v >> 8));
+    }
+    void u32(uint32_t v) {
+        u16(static_cast<uint16_t>(v));
+        u16(static_cast<uint16_t>(v >> 16));
+    }
+    void f64(double v) {
+        uint8_t b[8];
+        std::memcpy(b, &v, 8);
+        _data.insert(_data.end(), b, b + 8);
+    }
+    void bytes(const void* p, size_t n) {
+        const uint8_t* b = static_cast<const uint8_t*>(p);
+        _data.insert(_data.end(), b, b + n);
+    }
+    // Text the library writes is always in the 16-bit form.
+    void string16(const std::wstring& text, bool shortCount) {
+        std::wstring units = utf16Units(text);
+        if (shortCount)
+            u8(static_cast<uint8_t>(units.size()));
+        else
+            u16(static_cast<uint16_t>(units.size()));
+        u8(1);
+        chars16(units);
+    }
+    void chars16(const std::wstring& units) {
+        for (wchar_t c : units) u16(static_cast<uint16_t>(c));
+    }
+    // Wide text as the 16-bit units the file holds: characters beyond 16 bits become pairs.
+    static std::wstring utf16Units(const std::wstring& text) {
+        std::wstring out;
+        out.reserve(text.size());
+        for (wchar_t c : text) {
+            uint32_t v = static_cast<uint32_t>(c);
+            if (v > 0xFFFF && v <= 0x10FFFF) {
+                v -= 0x10000;
+                out.push_back(static_cast<wchar_t>(0xD800 + (v >> 10)));
+                out.push_back(static_cast<wchar_t>(0xDC00 + (v & 0x3FF)));
+            } else {
+                out.push_back(static_cast<wchar_t>(v & 0xFFFF));
+            }
+        }
+        return out;
+    }
+    size_t size() const { return _data.size(); }
+    const std::vector<uint8_t>& data() const { return _data; }
+    void clear() { _data.clear(); }
+    int write(XlsStream& xls, uint16_t id) const {
+        if (_data.size() > 8224) throw zverror("record is too long");
+        return xls.write(id, reinterpret_cast<const char*>(_data.data()), static_cast<int>(_data.size()));
+    }
+
+private:
+    std::vector<uint8_t> _data;
+};
+
+}  // namespace zelvar

@@ -1,0 +1,527 @@
+// The workbook globals on file: reading every record into its member, slot or the list of
+// unknown records, and writing them back in the writer's fixed order.
+#include <sstream>
+
+#include "book/book_impl.h"
+#include "book/font_impl.h"
+#include "book/format_impl.h"
+#include "book/sheet_impl.h"
+
+namespace zelvar {
+
+namespace {
+
+uint16_t readU16Record(XlsStream& xls, uint16_t size, const char* name) {
+    RecordReader in(xls, size, name);
+    uint16_t v = in.u16();
+    in.done();
+    return v;
+}
+
+void writeU16Record(XlsStream& xls, uint16_t id, uint16_t value) {
+    xls.write(id, 2);
+    xls.writeInt16(value);
+}
+
+}  // namespace
+
+template <class T>
+void BookImplT<T>::readRaw(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
+    Biff<T> record(type);
+    record.read(xls, size);
+    into.push_back(std::move(record));
+}
+
+// CONTINUE records that follow a record carried raw belong to it.
+template <class T>
+void BookImplT<T>::takeContinues(std::vector<Biff<T>>& into) {
+    while (!_xls.eof() && _xls.peekInt16() == 0x003C) {
+        uint16_t type = 0, size = 0;
+        _xls.readInt16(&type);
+        _xls.readInt16(&size);
+        readRaw(_xls, type, size, into);
+    }
+}
+
+template <class T>
+void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
+    XlsStream& xls = _xls;
+    switch (type) {
+        case 14: _calcPrecision = readU16Record(xls, size, "CalcPrecision"); break;
+        case 18: _protect = readU16Record(xls, size, "Protect"); break;
+        case 19: _password = readU16Record(xls, size, "Password"); break;
+        case 24: {
+            std::vector<Biff<T>> name;
+            readRaw(xls, type, size, name);
+            takeContinues(name);
+            _lbls.push_back(std::move(name));
+            break;
+        }
+        case 25: _winProtect = readU16Record(xls, size, "WinProtect"); break;
+        case 34: _date1904 = readU16Record(xls, size, "Date1904"); break;
+        case 47: throw zverror("workbook is encrypted");
+        case 49: {
+            RecordReader in(xls, size, "Font");
+            if (size < 14) in.fail();
+            std::unique_ptr<FontImplT<T>> font(new FontImplT<T>(this));
+            font->dyHeight = in.u16();
+            font->grbit = in.u16();
+            font->icv = in.u16();
+            font->bls = in.u16();
+            font->sss = in.u16();
+            font->uls = in.u8();
+            font->bFamily = in.u8();
+            font->bCharSet = in.u8();
+            font->reserved = in.u8();
+            font->fontName = in.left() ? in.string(true, biff5()) : std::wstring();
+            _fonts.push_back(font.release());
+            break;
+        }
+        case 61: {
+            RecordReader in(xls, size, "Window1");
+            if (size != 18) in.fail();
+            _window1.xWn = in.u16();
+            _window1.yWn = in.u16();
+            _window1.dxWn = in.u16();
+            _window1.dyWn = in.u16();
+            _window1.flags = in.u16();
+            _window1.itabCur = in.u16();
+            _window1.itabFirst = in.u16();
+            _window1.ctabSel = in.u16();
+            _window1.wTabRatio = in.u16();
+            break;
+        }
+        case 64: _backup = readU16Record(xls, size, "Backup"); break;
+        case 66: _codePage = readU16Record(xls, size, "CodePage"); break;
+        case 92: {
+            RecordReader in(xls, size, "WriteAccess");
+            _writeAccess.assign(in.at(), in.at() + in.size());
+            break;
+        }
+        case 133: {
+            RecordReader in(xls, size, "BoundSheet8");
+            if (size < 8 && !(biff5() && size >= 7)) in.fail();
+            BoundSheet bound;
+            bound.lbPlyPos = in.u32();
+            bound.hsState = in.u8();
+            bound.dt = in.u8();
+            _boundSheets.push_back(bound);
+            _boundSheetNames.push_back(in.string(true, biff5()));
+            break;
+        }
+        case 140: {
+            RecordReader in(xls, size, "Country");
+            if (size != 4) in.fail();
+            _country[0] = in.u16();
+            _country[1] = in.u16();
+            break;
+        }
+        case 141: _hideObj = readU16Record(xls, size, "HideObj"); break;
+        case 146: {
+            RecordReader in(xls, size, "Palette");
+            int16_t ccv = static_cast<int16_t>(in.u16());
+            if (ccv < 0 || size != 2 + 4 * ccv) in.fail();
+            _palette.ccv = ccv;
+            _palette.colors.assign(static_cast<size_t>(ccv), LongRGB());
+            for (auto& c : _palette.colors) {
+                c.red = in.u8();
+                c.green = in.u8();
+                c.blue = in.u8();
+                c.reserved = in.u8();
+            }
+            _paletteUsed = true;
+            break;
+        }
+        case 156: _builtInFnGroupCount = readU16Record(xls, size, "BuiltInFnGroupCount"); break;
+        case 193: {
+            RecordReader in(xls, size, "Mms");
+            if (size != 0 && size != 2) in.fail();
+            if (size == 2) {
+                _mms[0] = in.u8();
+                _mms[1] = in.u8();
+            }
+            break;
+        }
+        case 211: _obProj.read(xls, size); break;
+        case 442: _codeName.read(xls, size); break;
+        case 445: _obNoMacros.read(xls, size); break;
+        case 2172: _xfCRC.read(xls, size); break;
+        case 2188: _compat12.read(xls, size); break;
+        case 2190: _tableStyles.read(xls, size); break;
+        case 2198: _theme.read(xls, size); break;
+        case 2202: _mtrSettings.read(xls, size); break;
+        case 2203: _compressPictures.read(xls, size); break;
+        case 2211: _forceFullCalculation.read(xls, size); break;
+        case 4188: _clrtClient.read(xls, size); break;
+        case 218: _bookBool = readU16Record(xls, size, "BookBool"); break;
+        case 224: {
+            RecordReader in(xls, size, "XF");
+            std::unique_ptr<FormatImplT<T>> format(new FormatImplT<T>(this));
+            // A shorter XF stops at any field boundary.
+            auto more = [&] { return in.pos() < in.size(); };
+            format->ifnt = in.u16();
+            if (more()) format->ifmt = in.u16();
+            if (more()) format->flags = in.u16();
+            if (biff5()) {
+                if (more()) {
+                    uint8_t a = in.u8();
+                    uint8_t b = in.u8();
+                    uint32_t c = in.u32();
+                    uint32_t d = in.u32();
+                    format->setAlignH(static_cast<AlignH>(a & 7));
+                    format->setWrap((a >> 3) & 1);
+                    format->setAlignV(static_cast<AlignV>((a >> 4) & 7));
+                    const int rotations[4] = {0, 255, 90, 180};
+                    format->setRotation(rotations[b & 3]);
+                    format->setPatternForegroundColor(static_cast<Color>(c & 0x7F));
+                    format->setPatternBackgroundColor(static_cast<Color>((c >> 7) & 0x7F));
+                    format->setFillPattern(static_cast<FillPattern>((c >> 16) & 0x3F));
+                    format->setBorderBottom(static_cast<BorderStyle>((c >> 22) & 7));
+                    format->setBorderBottomColor(static_cast<Color>(c >> 31));
+                    format->setBorderTop(static_cast<BorderStyle>(d & 7));
+                    format->setBorderLeft(static_cast<BorderStyle>((d >> 3) & 7));
+                    format->setBorderRight(static_cast<BorderStyle>((d >> 6) & 7));
+                    format->setBorderTopColor(static_cast<Color>((d >> 9) & 0x7F));
+                    format->setBorderLeftColor(static_cast<Color>((d >> 16) & 0x7F));
+                    format->setBorderRightColor(static_cast<Color>((d >> 23) & 0x7F));
+                }
+            } else {
+                if (more()) format->align = in.u32();
+                if (more()) format->border = in.u32();
+                if (more()) format->colour = in.u32();
+                if (more()) format->fill = in.u16();
+            }
+            in.done();
+            _formats.push_back(format.release());
+            break;
+        }
+        case 225: {
+            RecordReader in(xls, size, "InterfaceHdr");
+            if (size != 0 && size != 2) in.fail();
+            if (size == 2) _interfaceHdr = in.u16();
+            break;
+        }
+        case 226: {
+            RecordReader in(xls, size, "InterfaceEnd");
+            in.done();
+            break;
+        }
+        case 235:
+            _drawingGroup.clear();
+            readRaw(xls, type, size, _drawingGroup);
+            takeContinues(_drawingGroup);
+            break;
+        case 252: _sst.read(xls, size, &_pool); break;
+        case 255: {
+            RecordReader skip(xls, size, "ExtSST");
+            break;
+        }
+        case 317: {
+            RecordReader in(xls, size, "RRTabId");
+            if (size & 1) in.fail();
+            if (size >= 2) {
+                _rrTabId.resize(size / 2);
+                for (auto& id : _rrTabId) id = in.u16();
+            }
+            break;
+        }
+        case 352: _usesELFs = readU16Record(xls, size, "UsesELFs"); break;
+        case 353: _dsf = readU16Record(xls, size, "DSF"); break;
+        case 430: {
+            std::vector<Biff<T>> block;
+            readRaw(xls, type, size, block);
+            uint64_t sum = size;
+            while (!xls.eof()) {
+                uint16_t next = xls.peekInt16();
+                if (next != 35 && next != 89 && next != 90 && next != 23 && next != 60) break;
+                uint16_t nextType = 0, nextSize = 0;
+                xls.readInt16(&nextType);
+                xls.readInt16(&nextSize);
+                sum += nextSize + 4u;
+                if (sum > xls.fileSize()) throw zverror("SupBookBlock: file is corrupt");
+                readRaw(xls, nextType, nextSize, block);
+            }
+            _supBookBlocks.push_back(std::move(block));
+            break;
+        }
+        case 431: _prot4Rev = readU16Record(xls, size, "Prot4Rev"); break;
+        case 439: _refreshAll = readU16Record(xls, size, "RefreshAll"); break;
+        case 444: _prot4RevPass = readU16Record(xls, size, "Prot4RevPass"); break;
+        case 448: {
+            RecordReader in(xls, size, "Excel9File");
+            in.done();
+            break;
+        }
+        case 449: {
+            RecordReader in(xls, size, "RecalcId");
+            if (size != 8) in.fail();
+            _recalcIdRt = in.u16();
+            _recalcIdReserved = in.u16();
+            _recalcIdBuild = in.u32();
+            break;
+        }
+        case 659: {
+            RecordReader in(xls, size, "Style");
+            StyleBlock block;
+            block.style.ixfe = static_cast<int16_t>(in.u16());
+            if (block.style.builtIn()) {
+                if (in.left()) block.style.istyBuiltIn = in.u8();
+                if (in.left()) block.style.iLevel = in.u8();
+            } else if (in.left()) {
+                block.style.name = in.string(biff5(), biff5());
+            }
+            in.done();
+            if (!xls.eof() && xls.peekInt16() == 0x0892) {
+                uint16_t extType = 0, extSize = 0;
+                xls.readInt16(&extType);
+                xls.readInt16(&extSize);
+                RecordReader ext(xls, extSize, "StyleExt");
+                block.styleExt.assign(ext.at(), ext.at() + ext.size());
+                block.hasStyleExt = true;
+            }
+            _styles.push_back(std::move(block));
+            break;
+        }
+        case 1054: {
+            RecordReader in(xls, size, "Format");
+            if (size < (biff5() ? 3 : 5)) in.fail();
+            uint16_t id = in.u16();
+            _customNumFormats.emplace_back(id, in.string(biff5(), biff5()));
+            break;
+        }
+        case 2147: {
+            RecordReader skip(xls, size, "BookExt");
+            break;
+        }
+        case 2173: readRaw(xls, type, size, _xfExts); break;
+        default: readRaw(xls, type, size, _unknownRecords); break;
+    }
+}
+
+namespace {
+Bof readBof(XlsStream& xls, uint16_t size) {
+    RecordReader in(xls, size, "Bof");
+    if (size > 16 || !(size == 2 || size == 4 || size == 6 || size == 8 || size == 12 || size == 16)) in.fail();
+    Bof bof;
+    bof.vers = in.u16();
+    if (in.left()) bof.dt = in.u16();
+    if (in.left()) bof.rupBuild = in.u16();
+    if (in.left()) bof.rupYear = in.u16();
+    if (in.left()) bof.bfh = in.u32();
+    if (in.left()) bof.sfo = in.u32();
+    return bof;
+}
+}  // namespace
+
+template <class T>
+void BookImplT<T>::readStream() {
+    _xls.calcFileSize();
+    unsigned counter = 0;
+    _xls.readHeader(counter);
+    _boundSheetNames.clear();
+    bool sawBof = false;
+    while (!_xls.eof()) {
+        uint16_t type = 0, size = 0;
+        if (_xls.readInt16(&type) < 2) break;
+        if (type == 0) throw zverror("read error: record id can't be 0");
+        _xls.readInt16(&size);
+        if (type == 10) break;
+        if (type == 2057) {
+            if (sawBof) throw zverror("read error: unexpected BOF record");
+            _bof = readBof(_xls, size);
+            if (_bof.vers != 1280 && _bof.vers != 1536) throw zverror("This file format isn't supported");
+            sawBof = true;
+            continue;
+        }
+        if (!sawBof) throw zverror("This file format isn't supported");
+        readGlobal(type, size);
+    }
+    if (!sawBof) throw zverror("This file format isn't supported");
+    _unknownRecords.shrink_to_fit();
+    for (size_t i = 0; i < _boundSheets.size(); ++i) {
+        std::unique_ptr<SheetImplT<T>> sheet(new SheetImplT<T>(this));
+        sheet->setWideName(_boundSheetNames[i]);
+        sheet->setRefA1(!_refR1C1);
+        if (!_xls.eof()) sheet->read(_xls);
+        _sheets.push_back(sheet.release());
+    }
+    _boundSheetNames.clear();
+    _xls.readSections();
+}
+
+template <class T>
+void BookImplT<T>::writeStream() {
+    XlsStream& xls = _xls;
+    xls.writeHeader();
+    {
+        RecordWriter bof;
+        bof.u16(_bof.vers);
+        bof.u16(_bof.dt);
+        bof.u16(_bof.rupBuild);
+        bof.u16(_bof.rupYear);
+        bof.u32(_bof.bfh);
+        bof.u32(_bof.sfo);
+        bof.write(xls, 2057);
+    }
+    writeU16Record(xls, 225, _interfaceHdr);
+    xls.write(193, 2);
+    xls.write(reinterpret_cast<const char*>(_mms), 2);
+    xls.write(226, 0);
+    xls.write(92, reinterpret_cast<const char*>(_writeAccess.data()), static_cast<int>(_writeAccess.size()));
+    writeU16Record(xls, 66, _codePage);
+    writeU16Record(xls, 353, _dsf);
+    {
+        RecordWriter tabs;
+        for (uint16_t id : _rrTabId) tabs.u16(id);
+        tabs.write(xls, 317);
+    }
+    _obProj.writeIfPresent(xls);
+    _obNoMacros.writeIfPresent(xls);
+    _codeName.writeIfPresent(xls);
+    writeU16Record(xls, 156, _builtInFnGroupCount);
+    writeU16Record(xls, 25, _winProtect);
+    writeU16Record(xls, 18, _protect);
+    writeU16Record(xls, 19, _password);
+    writeU16Record(xls, 431, _prot4Rev);
+    writeU16Record(xls, 444, _prot4RevPass);
+    {
+        RecordWriter w;
+        for (uint16_t v : {_window1.xWn, _window1.yWn, _window1.dxWn, _window1.dyWn, _window1.flags,
+                           _window1.itabCur, _window1.itabFirst, _window1.ctabSel, _window1.wTabRatio})
+            w.u16(v);
+        w.write(xls, 61);
+    }
+    writeU16Record(xls, 64, _backup);
+    writeU16Record(xls, 141, _hideObj);
+    writeU16Record(xls, 34, _date1904);
+    writeU16Record(xls, 14, _calcPrecision);
+    writeU16Record(xls, 439, _refreshAll);
+    writeU16Record(xls, 218, _bookBool);
+    for (FontImplT<T>* font : _fonts) {
+        RecordWriter w;
+        w.u16(font->dyHeight);
+        w.u16(font->grbit);
+        w.u16(font->icv);
+        w.u16(font->bls);
+        w.u16(font->sss);
+        w.u8(font->uls);
+        w.u8(font->bFamily);
+        w.u8(font->bCharSet);
+        w.u8(font->reserved);
+        if (!font->fontName.empty()) w.string16(font->fontName, true);
+        w.write(xls, 49);
+    }
+    for (const auto& format : _customNumFormats) {
+        RecordWriter w;
+        w.u16(format.first);
+        w.string16(format.second, false);
+        w.write(xls, 1054);
+    }
+    for (FormatImplT<T>* format : _formats) {
+        RecordWriter w;
+        w.u16(format->ifnt);
+        w.u16(format->ifmt);
+        w.u16(format->flags);
+        w.u32(format->align);
+        w.u32(format->border);
+        w.u32(format->colour);
+        w.u16(format->fill);
+        w.write(xls, 224);
+    }
+    _xfCRC.writeIfPresent(xls);
+    for (const auto& ext : _xfExts) ext.write(xls);
+    for (const StyleBlock& block : _styles) {
+        RecordWriter w;
+        w.u16(static_cast<uint16_t>(block.style.ixfe));
+        if (block.style.builtIn()) {
+            w.u8(block.style.istyBuiltIn);
+            w.u8(block.style.iLevel);
+        } else if (!block.style.name.empty()) {
+            w.string16(block.style.name, false);
+        }
+        w.write(xls, 659);
+        if (block.hasStyleExt)
+            xls.write(0x0892, reinterpret_cast<const char*>(block.styleExt.data()), static_cast<int>(block.styleExt.size()));
+    }
+    _tableStyles.writeIfPresent(xls);
+    if (_paletteUsed) {
+        RecordWriter w;
+        w.u16(static_cast<uint16_t>(_palette.colors.size()));
+        for (const auto& c : _palette.colors) {
+            w.u8(c.red);
+            w.u8(c.green);
+            w.u8(c.blue);
+            w.u8(c.reserved);
+        }
+        w.write(xls, 146);
+    }
+    _clrtClient.writeIfPresent(xls);
+    writeU16Record(xls, 352, _usesELFs);
+    std::vector<uint32_t> boundSheetPositions;
+    for (size_t i = 0; i < _sheets.size(); ++i) {
+        boundSheetPositions.push_back(xls.writePos());
+        RecordWriter w;
+        w.u32(_boundSheets[i].lbPlyPos);
+        w.u8(_boundSheets[i].hsState);
+        w.u8(_boundSheets[i].dt);
+        if (!_sheets[i]->nameRef().empty()) w.string16(_sheets[i]->nameRef(), true);
+        w.write(xls, 133);
+    }
+    _mtrSettings.writeIfPresent(xls);
+    _forceFullCalculation.writeIfPresent(xls);
+    xls.write(140, 4);
+    xls.writeInt16(_country[0]);
+    xls.writeInt16(_country[1]);
+    for (const auto& block : _supBookBlocks)
+        for (const auto& record : block) record.write(xls);
+    for (const auto& name : _lbls)
+        for (const auto& record : name) record.write(xls);
+    for (const auto& record : _drawingGroup) record.write(xls);
+    xls.write(449, 8);
+    xls.writeInt16(_recalcIdRt);
+    xls.writeInt16(_recalcIdReserved);
+    xls.writeInt32(_recalcIdBuild);
+    _sst.write(xls);
+    _theme.writeIfPresent(xls);
+    _compressPictures.writeIfPresent(xls);
+    _compat12.writeIfPresent(xls);
+    for (const auto& record : _unknownRecords) record.write(xls);
+    xls.write(10, 0);
+
+    for (size_t i = 0; i < _sheets.size(); ++i) {
+        uint32_t start = xls.writePos();
+        _sheets[i]->write(xls);
+        _boundSheets[i].lbPlyPos = start;
+        xls.patchInt32(boundSheetPositions[i] + 4, start);
+    }
+    xls.close();
+}
+
+template <class T>
+bool BookImplT<T>::loadFrom(std::iostream& stream) {
+    _xls.reset(true);
+    _xls.setStreamPtr(&stream);
+    readStream();
+    _xls.setStreamPtr(nullptr);
+    return true;
+}
+
+template <class T>
+void BookImplT<T>::saveTo(std::iostream& stream) {
+    _xls.reset(false);
+    _xls.setStreamPtr(&stream);
+    for (SheetImplT<T>* sheet : _sheets) sheet->recalcDimensions();
+    writeStream();
+    _xls.setStreamPtr(nullptr);
+}
+
+#define ZELVAR_INSTANTIATE(T)                                                   \
+    template void BookImplT<T>::readStream();                                   \
+    template void BookImplT<T>::writeStream();                                  \
+    template bool BookImplT<T>::loadFrom(std::iostream&);                       \
+    template void BookImplT<T>::saveTo(std::iostream&);
+ZELVAR_INSTANTIATE(char)
+ZELVAR_INSTANTIATE(wchar_t)
+#undef ZELVAR_INSTANTIATE
+
+}  // namespace zelvar

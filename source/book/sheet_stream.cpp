@@ -1,0 +1,766 @@
+// A worksheet's substream on file: every record is read into a member, a slot, a cell vector or
+// the list of unknown records, and written back in the writer's fixed order. Substreams that are
+// not worksheets (charts, macro sheets) are kept whole.
+#include <algorithm>
+#include <map>
+
+#include "book/book_impl.h"
+#include "book/sheet_impl.h"
+
+namespace zelvar {
+
+namespace {
+
+uint16_t readU16(XlsStream& xls, uint16_t size, const char* name) {
+    RecordReader in(xls, size, name);
+    uint16_t v = in.u16();
+    in.done();
+    return v;
+}
+
+void writeU16(XlsStream& xls, uint16_t id, uint16_t value) {
+    xls.write(id, 2);
+    xls.writeInt16(value);
+}
+
+template <class T>
+void readRawInto(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
+    Biff<T> record(type);
+    record.read(xls, size);
+    into.push_back(std::move(record));
+}
+
+void writeRaw(XlsStream& xls, uint16_t id, const std::vector<uint8_t>& payload) {
+    xls.write(id, reinterpret_cast<const char*>(payload.data()), static_cast<int>(payload.size()));
+}
+
+}  // namespace
+
+template <class T>
+template <class R>
+void SheetImplT<T>::placeCell(const R& record) {
+    auto& vec = records<R>();
+    if (vec.size() >= (1u << 28)) throw zverror("too many cells in sheet");
+    unsigned row, col;
+    if constexpr (R::kind == KindFormula) {
+        row = record.formula.row;
+        col = record.formula.col;
+    } else {
+        row = record.row;
+        col = record.col;
+    }
+    _sheetIndex(row, col & 0xFF) = SheetIndex::entry(R::kind, static_cast<unsigned>(vec.size()));
+    vec.push_back(record);
+    if constexpr (R::kind == KindLabelSst) _book->sst().addUser(record.isst);
+}
+
+template <class T>
+void SheetImplT<T>::read(XlsStream& xls) {
+    _formulas.reserve(11000);
+    _unknownRecords.reserve(6000);
+    _rows.reserve(1200);
+    _labelSsts.reserve(9000);
+    _rks.reserve(70000);
+    _blanks.reserve(800);
+    bool sawBof = false;
+    while (!xls.eof()) {
+        uint16_t type = 0, size = 0;
+        if (xls.readInt16(&type) < 2) break;
+        if (type == 0) throw zverror("read error: record id can't be 0");
+        xls.readInt16(&size);
+        if (type == 10) break;
+        if (type == 2057) {
+            if (sawBof) {
+                if (_bof.dt != 16) throw zverror("read error: unexpected BOF record");
+                // A chart embedded in the sheet: its whole substream travels with the drawing.
+                Biff<T> bof(type);
+                bof.read(xls, size);
+                _objects.push_back(std::move(bof));
+                int depth = 1;
+                while (depth > 0 && !xls.eof()) {
+                    uint16_t t = 0, n = 0;
+                    if (xls.readInt16(&t) < 2) break;
+                    xls.readInt16(&n);
+                    readRawInto(xls, t, n, _objects);
+                    if (t == 2057) ++depth;
+                    if (t == 10) --depth;
+                }
+                continue;
+            }
+            RecordReader in(xls, size, "Bof");
+            if (size > 16 || !(size == 2 || size == 4 || size == 6 || size == 8 || size == 12 || size == 16)) in.fail();
+            _bof.vers = in.u16();
+            if (in.left()) _bof.dt = in.u16();
+            if (in.left()) _bof.rupBuild = in.u16();
+            if (in.left()) _bof.rupYear = in.u16();
+            if (in.left()) _bof.bfh = in.u32();
+            if (in.left()) _bof.sfo = in.u32();
+            sawBof = true;
+            continue;
+        }
+        if (_bof.dt != 16) {
+            readRawInto(xls, type, size, _unknownRecords);
+            continue;
+        }
+        readRecord(xls, type, size);
+    }
+    _formulas.shrink_to_fit();
+    _unknownRecords.shrink_to_fit();
+    _rows.shrink_to_fit();
+    _labelSsts.shrink_to_fit();
+    _rks.shrink_to_fit();
+    _blanks.shrink_to_fit();
+    _dimensionsDirty = true;
+}
+
+template <class T>
+void SheetImplT<T>::readPageSetup(XlsStream& xls, uint16_t type, uint16_t size) {
+    bool biff5 = _book->biff5();
+    while (true) {
+        switch (type) {
+            case 20:
+            case 21: {
+                RecordReader in(xls, size, type == 20 ? "Header" : "Footer");
+                std::wstring text = in.size() ? in.string(biff5, biff5) : std::wstring();
+                (type == 20 ? _header : _footer) = text;
+                break;
+            }
+            case 131: _hCenter = readU16(xls, size, "HCenter"); break;
+            case 132: _vCenter = readU16(xls, size, "VCenter"); break;
+            case 38:
+            case 39:
+            case 40:
+            case 41: {
+                RecordReader in(xls, size, "Margin");
+                if (size != 8) in.fail();
+                _margins[type - 38] = in.f64();
+                _marginSet[type - 38] = true;
+                break;
+            }
+            case 77:
+                readRawInto(xls, type, size, _pls);
+                while (!xls.eof() && xls.peekInt16() == 0x003C) {
+                    uint16_t t = 0, n = 0;
+                    xls.readInt16(&t);
+                    xls.readInt16(&n);
+                    readRawInto(xls, t, n, _pls);
+                }
+                break;
+            case 161: {
+                RecordReader in(xls, size, "Setup");
+                if (size != 34 && !(biff5 && size == 34)) in.fail();
+                _setup.iPaperSize = in.u16();
+                _setup.iScale = in.u16();
+                _setup.iPageStart = static_cast<int16_t>(in.u16());
+                _setup.iFitWidth = in.u16();
+                _setup.iFitHeight = in.u16();
+                _setup.grbit = in.u16();
+                _setup.iRes = in.u16();
+                _setup.iVRes = in.u16();
+                _setup.numHdr = in.f64();
+                _setup.numFtr = in.f64();
+                _setup.iCopies = in.u16();
+                break;
+            }
+            default: throw zverror("error in PageSetup");
+        }
+        if (xls.eof()) return;
+        uint16_t next = xls.peekInt16();
+        if (next != 20 && next != 21 && next != 38 && next != 39 && next != 40 && next != 41 && next != 77 &&
+            next != 131 && next != 132 && next != 161)
+            return;
+        xls.readInt16(&type);
+        xls.readInt16(&size);
+    }
+}
+
+template <class T>
+void SheetImplT<T>::readFormulaBlock(XlsStream& xls, uint16_t size) {
+    FormulaBlock block;
+    {
+        RecordReader in(xls, size, "Formula");
+        if (size < 20) in.fail();
+        block.formula.row = in.u16();
+        block.formula.col = in.u16();
+        block.formula.xf = in.u16();
+        in.bytes(block.formula.result, 8);
+        block.formula.grbit = in.u16();
+        block.formula.chn = in.u32();
+        block.formula.tokens.assign(in.at(), in.at() + in.left());
+    }
+    uint64_t sum = size;
+    auto take = [&](std::vector<uint8_t>& into) {
+        uint16_t t = 0, n = 0;
+        xls.readInt16(&t);
+        xls.readInt16(&n);
+        sum += n + 4u;
+        if (sum > xls.fileSize()) throw zverror("FormulaBlock: file is corrupt");
+        RecordReader in(xls, n, "Formula");
+        into.assign(in.at(), in.at() + in.size());
+        return t;
+    };
+    if (!xls.eof()) {
+        uint16_t next = xls.peekInt16();
+        if (next == 545 || next == 566) {
+            block.arrayType = take(block.arrayRecord);
+        } else if (next == 1212) {
+            take(block.shrFmla);
+            block.shared = true;
+        }
+    }
+    if (!xls.eof() && xls.peekInt16() == 519) {
+        take(block.stringRecord);
+        block.hasString = true;
+        while (!xls.eof() && xls.peekInt16() == 60) {
+            block.stringContinues.emplace_back();
+            take(block.stringContinues.back());
+        }
+        // The text result, for readStr.
+        RecordReader in(block.stringRecord, "String");
+        if (in.size() >= 3) {
+            uint16_t count = in.u16();
+            uint8_t flags = _book->biff5() ? 0 : in.u8();
+            std::wstring text;
+            size_t perChar = (flags & 1) ? 2 : 1;
+            size_t here = std::min<size_t>(count, in.left() / perChar);
+            text = in.chars(here, flags);
+            for (const auto& piece : block.stringContinues) {
+                if (text.size() >= count || piece.empty()) break;
+                RecordReader more(piece, "String");
+                uint8_t f = more.u8();
+                size_t per = (f & 1) ? 2 : 1;
+                text += more.chars(std::min<size_t>(count - text.size(), more.left() / per), f);
+            }
+            block.formula.stringValue = _book->pool().copyW(text.data(), text.size());
+        }
+    }
+    block.formula.row &= 0xFFFF;
+    if (block.formula.col > 255) return;  // outside the grid: nothing can address it
+    placeCell(block);
+}
+
+template <class T>
+void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
+    bool biff5 = _book->biff5();
+    switch (type) {
+        case 6: readFormulaBlock(xls, size); break;
+        case 12: _calcCount = readU16(xls, size, "CalcCount"); break;
+        case 13: _calcMode = readU16(xls, size, "CalcMode"); break;
+        case 15: _calcRefMode = readU16(xls, size, "CalcRefMode"); break;
+        case 17: _calcIter = readU16(xls, size, "CalcIter"); break;
+        case 16: {
+            RecordReader in(xls, size, "CalcDelta");
+            if (size != 8) in.fail();
+            _calcDelta = in.f64();
+            break;
+        }
+        case 18:
+        case 19:
+        case 99:
+        case 221: {
+            int slot = type == 18 ? 0 : type == 221 ? 1 : type == 99 ? 2 : 3;
+            const char* names[4] = {"Protect", "ScenarioProtect", "ObjProtect", "Password"};
+            _protection[slot] = readU16(xls, size, names[slot]);
+            _protectionSet[slot] = true;
+            break;
+        }
+        case 20:
+        case 21:
+        case 131:
+        case 132:
+        case 161: readPageSetup(xls, type, size); break;
+        case 26:
+        case 27: {
+            RecordReader in(xls, size, type == 27 ? "HorizontalPageBreaks" : "VerticalPageBreaks");
+            uint16_t count = in.u16();
+            auto& breaks = type == 27 ? _horizontalPageBreaks : _verticalPageBreaks;
+            breaks.clear();
+            for (uint16_t i = 0; i < count; ++i) {
+                PageBreak b;
+                b.pos = in.u16();
+                if (!biff5) {
+                    b.start = in.u16();
+                    b.end = in.u16();
+                }
+                breaks.push_back(b);
+            }
+            in.done();
+            break;
+        }
+        case 28: readRawInto(xls, type, size, _noteShs); break;
+        case 29: readRawInto(xls, type, size, _selections); break;
+        case 42: _printRowCol = readU16(xls, size, "PrintRowCol"); break;
+        case 43: _printGrid = readU16(xls, size, "PrintGrid"); break;
+        case 85: _defColWidth = readU16(xls, size, "DefColWidth"); break;
+        case 95: _calcSaveRecalc = readU16(xls, size, "CalcSaveRecalc"); break;
+        case 129: _wsBool = readU16(xls, size, "WsBool"); break;
+        case 130: _gridSet = readU16(xls, size, "GridSet"); break;
+        case 65: {
+            RecordReader in(xls, size, "Pane");
+            if (size < 9) in.fail();
+            for (auto& v : _pane) v = in.u16();
+            _paneActive = in.u8();
+            _hasPane = true;
+            break;
+        }
+        case 80: _dCon.read(xls, size); break;
+        case 144: _sort.read(xls, size); break;
+        case 153: _dxGCol.read(xls, size); break;
+        case 157: _autoFilterInfo.read(xls, size); break;
+        case 442: _codeName.read(xls, size); break;
+        case 450: _entExU2.read(xls, size); break;
+        case 2164: _dropDownObjIds.read(xls, size); break;
+        case 2187: _plv.read(xls, size); break;
+        case 2204: _headerFooter.read(xls, size); break;
+        case 94:
+            _uncalced = readU16(xls, size, "Uncalced");
+            _hasUncalced = true;
+            break;
+        case 125: {
+            RecordReader in(xls, size, "ColInfo");
+            if (size < 10) in.fail();
+            ColInfo info;
+            uint16_t first = in.u16(), last = in.u16();
+            info.coldx = in.u16();
+            info.ixfe = in.u16();
+            info.grbit = in.u16();
+            if (in.left() >= 2) info.reserved = in.u16();
+            if (last > 255) last = 255;
+            for (unsigned c = first; c <= last; ++c) {
+                info.colFirst = info.colLast = static_cast<uint16_t>(c);
+                _colInfos.push_back(info);
+            }
+            break;
+        }
+        case 128: {
+            RecordReader in(xls, size, "Guts");
+            if (size != 8) in.fail();
+            for (auto& g : _guts) g = in.u16();
+            break;
+        }
+        case 160: {
+            RecordReader in(xls, size, "Scl");
+            if (size != 4) in.fail();
+            _sclNum = in.u16();
+            _sclDenom = in.u16();
+            break;
+        }
+        case 189: {
+            RecordReader in(xls, size, "MulRk");
+            if (size < 6 || (size - 6) % 6) in.fail();
+            uint16_t row = in.u16(), col = in.u16();
+            size_t n = (size - 6u) / 6;
+            for (size_t i = 0; i < n; ++i, ++col) {
+                RK rk;
+                rk.row = row;
+                rk.col = col;
+                rk.xf = in.u16();
+                rk.rk = in.u32();
+                if (col < 256) placeCell(rk);
+            }
+            break;
+        }
+        case 190: {
+            RecordReader in(xls, size, "MulBlank");
+            if (size < 6 || (size - 6) % 2) in.fail();
+            uint16_t row = in.u16(), col = in.u16();
+            size_t n = (size - 6u) / 2;
+            for (size_t i = 0; i < n; ++i, ++col) {
+                Blank blank;
+                blank.row = row;
+                blank.col = col;
+                blank.xf = in.u16();
+                if (col < 256) placeCell(blank);
+            }
+            break;
+        }
+        case 215: {
+            RecordReader skip(xls, size, "DBCell");
+            break;
+        }
+        case 229: {
+            RecordReader in(xls, size, "MergeCells");
+            uint16_t count = in.u16();
+            if (size != 2 + 8u * count) in.fail();
+            std::vector<Rect> rects(count);
+            for (Rect& r : rects) {
+                r.rwFirst = in.u16();
+                r.rwLast = in.u16();
+                r.colFirst = in.u16();
+                r.colLast = in.u16();
+            }
+            _mergeCells.push_back(std::move(rects));
+            break;
+        }
+        case 236:
+        case 93:
+        case 438:
+            readRawInto(xls, type, size, _objects);
+            while (!xls.eof() && xls.peekInt16() == 0x003C) {
+                uint16_t t = 0, n = 0;
+                xls.readInt16(&t);
+                xls.readInt16(&n);
+                readRawInto(xls, t, n, _objects);
+            }
+            break;
+        case 239: {
+            RecordReader in(xls, size, "PhoneticInfo");
+            if (size < 6 || (size - 6) % 8) in.fail();
+            _phoneticInfo.assign(in.at(), in.at() + in.size());
+            break;
+        }
+        case 253: {
+            RecordReader in(xls, size, "LabelSst");
+            if (size != 10) in.fail();
+            LabelSst cell;
+            cell.row = in.u16();
+            cell.col = in.u16();
+            cell.xf = in.u16();
+            cell.isst = in.u32();
+            if (cell.isst >= _book->sst().count()) throw zverror("LabelSst: string index is out of range");
+            if (cell.col < 256) placeCell(cell);
+            break;
+        }
+        case 513: {
+            RecordReader in(xls, size, "Blank");
+            if (size != 6) in.fail();
+            Blank cell;
+            cell.row = in.u16();
+            cell.col = in.u16();
+            cell.xf = in.u16();
+            if (cell.col < 256) placeCell(cell);
+            break;
+        }
+        case 515: {
+            RecordReader in(xls, size, "Number");
+            if (size != 14) in.fail();
+            Number cell;
+            cell.row = in.u16();
+            cell.col = in.u16();
+            cell.xf = in.u16();
+            cell.num = in.f64();
+            if (cell.col < 256) placeCell(cell);
+            break;
+        }
+        case 516: {
+            RecordReader in(xls, size, "Label");
+            Label cell;
+            cell.row = in.u16();
+            cell.col = in.u16();
+            cell.xf = in.u16();
+            std::wstring text = in.string(false, biff5);
+            cell.text = _book->pool().copyW(text.data(), text.size());
+            cell.biff5 = biff5;
+            if (cell.col < 256) placeCell(cell);
+            break;
+        }
+        case 517: {
+            RecordReader in(xls, size, "BoolErr");
+            if (size != 8) in.fail();
+            BoolErr cell;
+            cell.row = in.u16();
+            cell.col = in.u16();
+            cell.xf = in.u16();
+            cell.bBoolErr = in.u8();
+            cell.fError = in.u8();
+            if (cell.col < 256) placeCell(cell);
+            break;
+        }
+        case 638: {
+            RecordReader in(xls, size, "RK");
+            if (size != 10) in.fail();
+            RK cell;
+            cell.row = in.u16();
+            cell.col = in.u16();
+            cell.xf = in.u16();
+            cell.rk = in.u32();
+            if (cell.col < 256) placeCell(cell);
+            break;
+        }
+        case 512: {
+            RecordReader in(xls, size, "Dimensions");
+            if (biff5 ? size != 10 : size != 14) in.fail();
+            _dimensions.rwMic = biff5 ? in.u16() : in.u32();
+            _dimensions.rwMac = biff5 ? in.u16() : in.u32();
+            _dimensions.colMic = in.u16();
+            _dimensions.colMac = in.u16();
+            _dimensions.reserved = in.u16();
+            _dimensions.biff5 = biff5;
+            break;
+        }
+        case 520: {
+            RecordReader in(xls, size, "Row");
+            if (size != 16) in.fail();
+            Row row;
+            row.row = in.u16();
+            row.colMic = in.u16();
+            row.colMac = in.u16();
+            row.miyRw = in.u16();
+            row.reserved1 = in.u16();
+            row.reserved2 = in.u16();
+            row.grbit = in.u16();
+            row.ixfe = in.u16();
+            _rows.push_back(row);
+            break;
+        }
+        case 523: {
+            RecordReader in(xls, size, "Index");
+            _indexReserved = in.u32();
+            _indexRwMic = biff5 ? in.u16() : in.u32();
+            _indexRwMac = biff5 ? in.u16() : in.u32();
+            _indexIbXF = in.u32();
+            _indexPositions.resize(in.left() / 4);
+            for (auto& p : _indexPositions) p = in.u32();
+            break;
+        }
+        case 549: {
+            RecordReader in(xls, size, "DefaultRowHeight");
+            if (size != 4) in.fail();
+            _defaultRowHeightFlags = in.u16();
+            _defaultRowHeight = in.u16();
+            break;
+        }
+        case 574: {
+            RecordReader in(xls, size, "Window2");
+            if (size != 18 && size != 10) in.fail();
+            _window2.grbit = in.u16();
+            _window2.rwTop = in.u16();
+            _window2.colLeft = in.u16();
+            if (size == 10) {
+                in.u32();
+            } else {
+                _window2.icvHdr = in.u16();
+                for (auto& w : _window2.rest) w = in.u16();
+            }
+            break;
+        }
+        default: readRawInto(xls, type, size, _unknownRecords); break;
+    }
+}
+
+template <class T>
+void SheetImplT<T>::writeCells(XlsStream& xls) {
+    RecordWriter w;
+    for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
+        if (!_sheetIndex(r)) continue;
+        for (unsigned c = 0; c < SheetIndex::kCols; ++c) {
+            uint32_t e = _sheetIndex(r, c);
+            if (!(e & 1)) continue;
+            unsigned p = SheetIndex::position(e);
+            w.clear();
+            switch (SheetIndex::kind(e)) {
+                case KindRK: {
+                    const RK& x = _rks[p];
+                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.u32(x.rk);
+                    w.write(xls, 638);
+                    break;
+                }
+                case KindNumber: {
+                    const Number& x = _numbers[p];
+                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.f64(x.num);
+                    w.write(xls, 515);
+                    break;
+                }
+                case KindLabelSst: {
+                    const LabelSst& x = _labelSsts[p];
+                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.u32(x.isst);
+                    w.write(xls, 253);
+                    break;
+                }
+                case KindBlank: {
+                    const Blank& x = _blanks[p];
+                    w.u16(x.row), w.u16(x.col), w.u16(x.xf);
+                    w.write(xls, 513);
+                    break;
+                }
+                case KindBoolErr: {
+                    const BoolErr& x = _boolErrs[p];
+                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.u8(x.bBoolErr), w.u8(x.fError);
+                    w.write(xls, 517);
+                    break;
+                }
+                case KindLabel: {
+                    const Label& x = _labels[p];
+                    w.u16(x.row), w.u16(x.col), w.u16(x.xf);
+                    w.string16(x.text ? x.text : L"", false);
+                    w.write(xls, 516);
+                    break;
+                }
+                case KindFormula: {
+                    FormulaBlock& block = _formulas[p];
+                    Formula& f = block.formula;
+                    f.grbit |= 1;  // recalculated when the file is opened
+                    w.u16(f.row), w.u16(f.col), w.u16(f.xf);
+                    w.bytes(f.result, 8);
+                    w.u16(f.grbit);
+                    w.u32(f.chn);
+                    w.bytes(f.tokens.data(), f.tokens.size());
+                    w.write(xls, 6);
+                    if (block.arrayType) writeRaw(xls, block.arrayType, block.arrayRecord);
+                    if (block.shared) writeRaw(xls, 1212, block.shrFmla);
+                    if (block.hasString) {
+                        writeRaw(xls, 519, block.stringRecord);
+                        for (const auto& piece : block.stringContinues) writeRaw(xls, 60, piece);
+                    }
+                    break;
+                }
+            }
+        }
+    }
+}
+
+template <class T>
+void SheetImplT<T>::write(XlsStream& xls) {
+    {
+        RecordWriter bof;
+        bof.u16(_bof.vers), bof.u16(_bof.dt), bof.u16(_bof.rupBuild), bof.u16(_bof.rupYear);
+        bof.u32(_bof.bfh), bof.u32(_bof.sfo);
+        bof.write(xls, 2057);
+    }
+    if (_bof.dt != 16) {
+        for (const auto& record : _unknownRecords) record.write(xls);
+        xls.write(10, 0);
+        return;
+    }
+    if (_hasUncalced) writeU16(xls, 94, _uncalced);
+    {
+        RecordWriter w;
+        w.u32(_indexReserved), w.u32(_indexRwMic), w.u32(_indexRwMac), w.u32(_indexIbXF);
+        for (uint32_t p : _indexPositions) w.u32(p);
+        w.write(xls, 523);
+    }
+    writeU16(xls, 13, _calcMode);
+    writeU16(xls, 12, _calcCount);
+    writeU16(xls, 15, _calcRefMode);
+    writeU16(xls, 17, _calcIter);
+    xls.write(16, 8);
+    xls.writeDouble(_calcDelta);
+    writeU16(xls, 95, _calcSaveRecalc);
+    writeU16(xls, 42, _printRowCol);
+    writeU16(xls, 43, _printGrid);
+    writeU16(xls, 130, _gridSet);
+    {
+        RecordWriter w;
+        for (uint16_t g : _guts) w.u16(g);
+        w.write(xls, 128);
+    }
+    xls.write(549, 4);
+    xls.writeInt16(_defaultRowHeightFlags);
+    xls.writeInt16(_defaultRowHeight);
+    writeU16(xls, 129, _wsBool);
+    for (int kind = 0; kind < 2; ++kind) {
+        const auto& breaks = kind == 0 ? _horizontalPageBreaks : _verticalPageBreaks;
+        if (breaks.empty()) continue;
+        RecordWriter w;
+        w.u16(static_cast<uint16_t>(breaks.size()));
+        for (const PageBreak& b : breaks) w.u16(b.pos), w.u16(b.start), w.u16(b.end);
+        w.write(xls, kind == 0 ? 27 : 26);
+    }
+    _headerFooter.writeIfPresent(xls);
+    for (int i = 0; i < 2; ++i) {
+        const std::wstring& text = i == 0 ? _header : _footer;
+        RecordWriter w;
+        if (!text.empty()) w.string16(text, false);
+        w.write(xls, i == 0 ? 20 : 21);
+    }
+    writeU16(xls, 131, _hCenter);
+    writeU16(xls, 132, _vCenter);
+    for (int i = 0; i < 4; ++i) {
+        if (!_marginSet[i]) continue;
+        xls.write(static_cast<uint16_t>(38 + i), 8);
+        xls.writeDouble(_margins[i]);
+    }
+    for (const auto& record : _pls) record.write(xls);
+    {
+        RecordWriter w;
+        w.u16(_setup.iPaperSize), w.u16(_setup.iScale), w.u16(static_cast<uint16_t>(_setup.iPageStart));
+        w.u16(_setup.iFitWidth), w.u16(_setup.iFitHeight), w.u16(_setup.grbit), w.u16(_setup.iRes);
+        w.u16(_setup.iVRes), w.f64(_setup.numHdr), w.f64(_setup.numFtr), w.u16(_setup.iCopies);
+        w.write(xls, 161);
+    }
+    const uint16_t protectionIds[4] = {18, 221, 99, 19};
+    for (int i = 0; i < 4; ++i)
+        if (_protectionSet[i]) writeU16(xls, protectionIds[i], _protection[i]);
+    writeU16(xls, 85, _defColWidth);
+    // Columns: runs of like entries, gaps between like columns closed.
+    std::vector<ColInfo> cols = _colInfos;
+    std::stable_sort(cols.begin(), cols.end(), [](const ColInfo& a, const ColInfo& b) { return a.colFirst < b.colFirst; });
+    for (size_t i = 0; i < cols.size();) {
+        size_t j = i;
+        while (j + 1 < cols.size() && cols[j + 1].coldx == cols[i].coldx && cols[j + 1].ixfe == cols[i].ixfe &&
+               cols[j + 1].grbit == cols[i].grbit)
+            ++j;
+        RecordWriter w;
+        w.u16(cols[i].colFirst), w.u16(cols[j].colLast), w.u16(cols[i].coldx), w.u16(cols[i].ixfe);
+        w.u16(cols[i].grbit), w.u16(cols[i].reserved);
+        w.write(xls, 125);
+        i = j + 1;
+    }
+    _sort.writeIfPresent(xls);
+    _dropDownObjIds.writeIfPresent(xls);
+    _autoFilterInfo.writeIfPresent(xls);
+    recalcDimensions();
+    {
+        RecordWriter w;
+        w.u32(_dimensions.rwMic), w.u32(_dimensions.rwMac), w.u16(_dimensions.colMic), w.u16(_dimensions.colMac);
+        w.u16(_dimensions.reserved);
+        w.write(xls, 512);
+    }
+    for (Row& row : _rows) {
+        row.colMic = row.colMac = 0;
+        RecordWriter w;
+        for (uint16_t v : {row.row, row.colMic, row.colMac, row.miyRw, row.reserved1, row.reserved2, row.grbit, row.ixfe})
+            w.u16(v);
+        w.write(xls, 520);
+    }
+    writeCells(xls);
+    _entExU2.writeIfPresent(xls);
+    for (const auto& record : _objects) record.write(xls);
+    for (const auto& record : _noteShs) record.write(xls);
+    _dCon.writeIfPresent(xls);
+    {
+        RecordWriter w;
+        w.u16(_window2.grbit), w.u16(_window2.rwTop), w.u16(_window2.colLeft), w.u16(_window2.icvHdr);
+        for (uint16_t v : _window2.rest) w.u16(v);
+        w.write(xls, 574);
+    }
+    _plv.writeIfPresent(xls);
+    if (_sclDenom == 0 || _sclNum * 1u != _sclDenom * 1u) {
+        xls.write(160, 4);
+        xls.writeInt16(_sclNum);
+        xls.writeInt16(_sclDenom);
+    }
+    if (_hasPane) {
+        RecordWriter w;
+        for (uint16_t v : _pane) w.u16(v);
+        w.u8(_paneActive);
+        w.u8(0);
+        w.write(xls, 65);
+    }
+    for (const auto& record : _selections) record.write(xls);
+    _dxGCol.writeIfPresent(xls);
+    for (const auto& merge : _mergeCells) {
+        // One record holds at most 1026 rectangles.
+        for (size_t at = 0; at < merge.size() || (merge.empty() && at == 0); at += 1026) {
+            size_t n = std::min<size_t>(1026, merge.size() - at);
+            RecordWriter w;
+            w.u16(static_cast<uint16_t>(n));
+            for (size_t k = at; k < at + n; ++k)
+                w.u16(merge[k].rwFirst), w.u16(merge[k].rwLast), w.u16(merge[k].colFirst), w.u16(merge[k].colLast);
+            w.write(xls, 229);
+            if (merge.empty()) break;
+        }
+    }
+    writeRaw(xls, 239, _phoneticInfo);
+    _codeName.writeIfPresent(xls);
+    for (const auto& record : _unknownRecords)
+        if (record.id != 77) record.write(xls);
+    xls.write(10, 0);
+}
+
+template void SheetImplT<char>::read(XlsStream&);
+template void SheetImplT<wchar_t>::read(XlsStream&);
+template void SheetImplT<char>::write(XlsStream&);
+template void SheetImplT<wchar_t>::write(XlsStream&);
+
+}  // namespace zelvar
