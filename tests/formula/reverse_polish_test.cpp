@@ -268,3 +268,10 @@ TEST(ReversePolish, Helpers) {
     ReversePolish::addRefs(text, funcs());
     EXPECT_EQ(text, L"SUM(A1R,ABS(B1),C1:C2)+ROW(D4R)");
 }
+
+// Fuzz finding: an unclosed quote takes the rest of the text, trailing blanks included, into
+// its token; only the separator blank after the last token is dropped.
+TEST(ReversePolishFuzz, UnclosedQuoteKeepsTrailingBlankInItsToken) {
+    EXPECT_EQ(rpn(L"A1+'x!A2) "), L"A1 'x!A2)  +");
+    EXPECT_EQ(rpn(L"'x!A2 "), L"'x!A2 ");
+}
