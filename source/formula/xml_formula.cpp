@@ -127,18 +127,21 @@ std::wstring XMLFormula::toR1C1(const std::wstring& token, int row, int col) {
     // Shape of an address: optional $, letters, optional $, 1 to 8 digits, nothing else.
     const size_t size = token.size();
     size_t i = 0;
-    if (i < size && token[i] == L'$') ++i;
+    const bool colRelative = !(i < size && token[i] == L'$');
+    if (!colRelative) ++i;
     const size_t lettersStart = i;
     while (i < size && isLetter(token[i])) ++i;
     if (i == lettersStart || i - 1 > 3) return token;
-    if (i < size && token[i] == L'$') ++i;
+    const bool rowRelative = !(i < size && token[i] == L'$');
+    if (!rowRelative) ++i;
     const size_t digitsStart = i;
     while (i < size && isDigit(token[i])) ++i;
     if (i != size || i == digitsStart || i - digitsStart > 8) return token;
 
+    // The flags come from the shape just read, so that a row written with leading zeros
+    // ($A$01) keeps its "$".
     int targetRow = 0, targetCol = 0;
-    bool rowRelative = true, colRelative = true;
-    ExcelUtil::addrToRowCol(token, &targetRow, &targetCol, &rowRelative, &colRelative);
+    ExcelUtil::addrToRowCol(token, &targetRow, &targetCol, nullptr, nullptr);
     if (targetRow < 0) return token;  // row 0 such as A0 is no address
 
     std::wstring out;

@@ -55,6 +55,9 @@ TEST(XMLFormula, AddressToR1C1) {
     EXPECT_EQ(XMLFormula::toR1C1(L"XFD1048576", 0, 0), L"R[1048575]C[16383]");
     EXPECT_EQ(XMLFormula::toR1C1(L"$IV$65536", 7, 7), L"R65536C256");
     EXPECT_EQ(XMLFormula::toR1C1(L"A12345678", 0, 0), L"R[12345677]C");
+    // Leading zeros in the row number keep the row's "$".
+    EXPECT_EQ(XMLFormula::toR1C1(L"$A$01", 5, 5), L"R1C1");
+    EXPECT_EQ(XMLFormula::toR1C1(L"A01", 0, 0), L"RC");
 }
 
 TEST(XMLFormula, NonAddressesPassUnchanged) {
