@@ -1,9 +1,12 @@
 #include "formula/reverse_polish.h"
 
 #include "formula/func_map.h"
+#include "formula_builder.h"
 #include "frame/zverror.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
 
 using zelvar::FuncMap;
 using zelvar::ReversePolish;
@@ -274,4 +277,17 @@ TEST(ReversePolish, Helpers) {
 TEST(ReversePolishFuzz, UnclosedQuoteKeepsTrailingBlankInItsToken) {
     EXPECT_EQ(rpn(L"A1+'x!A2) "), L"A1 'x!A2)  +");
     EXPECT_EQ(rpn(L"'x!A2 "), L"'x!A2 ");
+}
+
+// Independent check: formulas built from random bytes, with the postfix text that their
+// structure gives, printed with the fewest parentheses and random blanks.
+TEST(ReversePolish, WellFormedFormulasGiveTheirPostfix) {
+    std::mt19937 random(20261123);
+    uint8_t bytes[96];
+    for (int round = 0; round < 5000; ++round) {
+        for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
+        zelvar::formula_test::FormulaBuilder builder(bytes, sizeof bytes);
+        auto formula = builder.build(0, 0, 0, false);
+        ASSERT_EQ(rpn(formula.text), formula.postfix) << "formula: " << std::string(formula.text.begin(), formula.text.end());
+    }
 }
