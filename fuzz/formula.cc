@@ -114,6 +114,16 @@ void fuzzPostfixOracle(const uint8_t* data, size_t size) {
     zelvar::formula_test::FormulaBuilder::Expr formula = builder.build(0, 0, 0, false);
     std::wstring text = (size > 0 && (data[0] & 0x80)) ? L"=" + formula.text : formula.text;
     check(toReversePolish(text, funcMap) == formula.postfix);
+
+    // The same formula goes to R1C1 and back unchanged but for its blanks.
+    ReversePolish::removeSpaces(text);
+    const bool binaryGrid = size > 1 && (data[1] & 1);
+    const int row = static_cast<int>((size > 2 ? data[2] * 4099u : 0u) % (binaryGrid ? 65536 : 1048576));
+    const int col = static_cast<int>((size > 3 ? data[3] * 67u : 0u) % (binaryGrid ? 256 : 16384));
+    std::wstring converted = text;
+    XMLFormula::toRefR1C1(converted, row, col);
+    XMLFormula::toRefA1(converted, row, col, binaryGrid);
+    check(converted == text);
 }
 
 }  // namespace

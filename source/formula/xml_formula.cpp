@@ -77,7 +77,10 @@ void convertText(std::wstring& text, Convert convert) {
     for (;;) {
         XMLFormula::getToken(text, pos, token);
         if (token.empty()) break;
-        out += convert(token);
+        // A word followed by "(" names a function: LOG10, ATAN2 and DAYS360 have the shape
+        // of an address but must come through unchanged.
+        if (pos < text.size() && text[pos] == L'(') out += token;
+        else out += convert(token);
     }
     text.swap(out);
 }

@@ -1,10 +1,13 @@
 #include "formula/xml_formula.h"
 
+#include "formula/reverse_polish.h"
+#include "formula_builder.h"
 #include "frame/excel_util.h"
 #include "frame/zverror.h"
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <vector>
 
 using zelvar::ExcelUtil;
@@ -108,7 +111,11 @@ TEST(XMLFormula, WholeTextsInBothDirections) {
     EXPECT_EQ(r1c1(L"SUM(A1:B2)+Sheet2!$C$3", 0, 0), L"SUM(RC:R[1]C[1])+Sheet2!R3C3");
     EXPECT_EQ(a1(L"SUM(RC:R[1]C[1])+Sheet2!R3C3", 0, 0, true), L"SUM(A1:B2)+Sheet2!$C$3");
     EXPECT_EQ(r1c1(L"=IF(A1>0,\"x y\",LOG10(B2))", 1, 1),
-              L"=IF(R[-1]C[-1]>0,\"x y\",R[8]C[8507](RC))");
+              L"=IF(R[-1]C[-1]>0,\"x y\",LOG10(RC))");
+    // Function names with digits aren't addresses, though they have the shape of one.
+    EXPECT_EQ(r1c1(L"DAYS360(A1,B1)+ATAN2(1,2)", 0, 0), L"DAYS360(RC,RC[1])+ATAN2(1,2)");
+    EXPECT_EQ(a1(L"DAYS360(RC,RC[1])+ATAN2(1,2)", 0, 0, true), L"DAYS360(A1,B1)+ATAN2(1,2)");
+    EXPECT_EQ(r1c1(L"A1+LOG10", 0, 0), L"RC+R[9]C[8508]");
     // Blanks outside quotes are lost both ways.
     EXPECT_EQ(r1c1(L"A1 + 1", 0, 0), L"RC+1");
     EXPECT_EQ(a1(L"RC + \"a b\"", 0, 0, true), L"A1+\"a b\"");
@@ -145,4 +152,23 @@ TEST(XMLFormula, Tokens) {
     std::wstring text = L"A1+B2";
     EXPECT_EQ(XMLFormula::getToken(text), L"A1");
     EXPECT_EQ(text, L"+B2");
+}
+
+// Whole formulas go to R1C1 and back unchanged but for their blanks, from any cell of both
+// grids.
+TEST(XMLFormula, RoundTripOfWholeFormulas) {
+    std::mt19937 random(5);
+    uint8_t bytes[64];
+    for (int round = 0; round < 3000; ++round) {
+        for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
+        zelvar::formula_test::FormulaBuilder builder(bytes, sizeof bytes);
+        std::wstring text = builder.build(0, 0, 0, false).text;
+        zelvar::ReversePolish::removeSpaces(text);
+        const bool binaryGrid = round & 1;
+        const int row = static_cast<int>(random() % (binaryGrid ? 65536 : 1048576));
+        const int col = static_cast<int>(random() % (binaryGrid ? 256 : 16384));
+        std::wstring converted = r1c1(text, row, col);
+        ASSERT_EQ(a1(converted, row, col, binaryGrid), text)
+            << std::string(text.begin(), text.end()) << " at " << row << "," << col;
+    }
 }
