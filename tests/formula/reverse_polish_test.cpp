@@ -152,6 +152,10 @@ TEST(ReversePolish, BooleanWords) {
     EXPECT_EQ(rpn(L"IF(TRUE,1,FALSE)"), L"TRUE 1 FALSE IF3F");
     EXPECT_EQ(rpn(L"TRUE()"), L"TRUE0F");
     EXPECT_EQ(rpn(L"NOT(FALSE())"), L"FALSE0F NOT1F");
+    // The marking pass takes the word for a call of its own, which then owns the following
+    // separator and closing parenthesis: the reference after it stays unmarked.
+    EXPECT_EQ(rpn(L"SUM(TRUE,A1)"), L"TRUE A1 SUM2F");
+    EXPECT_EQ(rpn(L"SUM(A1,TRUE)"), L"A1R TRUE SUM2F");
     // At the very end the word is taken for the function.
     EXPECT_EQ(rpnError(L"TRUE"), "error: function parentheses not found");
     EXPECT_EQ(rpnError(L"1+FALSE"), "error: function parentheses not found");
