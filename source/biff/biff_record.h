@@ -22,7 +22,7 @@ struct Biff {
         if (size == 0) return 0;
         payload.resize(size);
         int got = xls.read(reinterpret_cast<char*>(payload.data()), size);
-        if (got < size) payload.resize(static_cast<size_t>(got));
+        if (got < size) throw zverror("read error: the stream ends inside a record");
         return got;
     }
     int write(XlsStream& xls) const {
@@ -53,7 +53,7 @@ public:
     RecordReader(XlsStream& xls, uint16_t size, const char* name) : _name(name) {
         _data.resize(size);
         int got = size ? xls.read(reinterpret_cast<char*>(_data.data()), size) : 0;
-        _data.resize(static_cast<size_t>(got > 0 ? got : 0));
+        if (got < size) throw zverror("read error: the stream ends inside a record");
     }
     RecordReader(const std::vector<uint8_t>& data, const char* name) : _data(data), _name(name) {}
 

@@ -276,10 +276,14 @@ void writeExtString(XlsStream& xls, const ExtString<T>& s, unsigned& left,
         left = 8224;
     }
     std::wstring units = s.text ? std::wstring(s.text) : std::wstring();
-    if (s.flags & kHighByte) units = RecordWriter::utf16Units(units);
+    // Text read in 8-bit pieces stays 8-bit, unless a character needs the 16-bit form.
+    uint8_t form = s.flags & kHighByte;
+    for (wchar_t c : units)
+        if (static_cast<uint32_t>(c) > 0xFF) form = kHighByte;
+    if (form) units = RecordWriter::utf16Units(units);
     bool rich = (s.flags & kRichText) && s.format;
     bool phonetic = (s.flags & kPhonetic) && s.format && s.format->phonetic;
-    uint8_t flags = static_cast<uint8_t>(s.flags & (kHighByte | (rich ? kRichText : 0) | (phonetic ? kPhonetic : 0)));
+    uint8_t flags = static_cast<uint8_t>(form | (rich ? kRichText : 0) | (phonetic ? kPhonetic : 0));
     out.u16(static_cast<uint16_t>(units.size()));
     out.u8(flags);
     left -= 3;

@@ -458,6 +458,7 @@ void XlsStream::setCheckPoint(uint16_t value) {
     _checkPoint.readPos = _readPos;
     _checkPoint.sector = _sector;
     _checkPoint.offsetInSector = _offsetInSector;
+    _checkPoint.sectorsFollowed = _sectorsFollowed;
     _checkPoint.value = value;
 }
 
@@ -465,6 +466,7 @@ uint16_t XlsStream::restoreCheckPoint() {
     _readPos = _checkPoint.readPos;
     _sector = _checkPoint.sector;
     _offsetInSector = _checkPoint.offsetInSector;
+    _sectorsFollowed = _checkPoint.sectorsFollowed;
     return _checkPoint.value;
 }
 

@@ -151,6 +151,7 @@ private:
     struct CheckPoint {
         uint64_t readPos = 0, streamPos = 0;
         uint32_t sector = 0, offsetInSector = 0;
+        uint64_t sectorsFollowed = 0;
         uint16_t value = 0;
         bool eof = false;
     } _checkPoint;

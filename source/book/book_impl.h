@@ -170,6 +170,7 @@ public:
     void readStream();
     void writeStream();
     bool biff5() const { return _bof.vers < 1281; }
+    void decodeCodePage(std::wstring& text) const;
 
 private:
     void readGlobal(uint16_t type, uint16_t size);

@@ -1,5 +1,7 @@
 // The workbook globals on file: reading every record into its member, slot or the list of
 // unknown records, and writing them back in the writer's fixed order.
+#include <iconv.h>
+
 #include <sstream>
 
 #include "book/book_impl.h"
@@ -25,6 +27,30 @@ void writeU16Record(XlsStream& xls, uint16_t id, uint16_t value) {
 
 }  // namespace
 
+// Text of old files is 8-bit in the book's code page; it was widened byte by byte.
+template <class T>
+void BookImplT<T>::decodeCodePage(std::wstring& text) const {
+    if (_codePage == 1200 || text.empty()) return;
+    std::string bytes;
+    for (wchar_t c : text) {
+        if (static_cast<uint32_t>(c) > 0xFF) return;
+        bytes.push_back(static_cast<char>(c));
+    }
+    std::string name = _codePage == 32769 ? "CP1252" : _codePage == 10000 ? "MACINTOSH" : "CP" + std::to_string(_codePage);
+    iconv_t cd = iconv_open("WCHAR_T", name.c_str());
+    if (cd == reinterpret_cast<iconv_t>(-1)) return;
+    std::wstring out(bytes.size() * 2 + 4, L'\0');
+    char* in = &bytes[0];
+    size_t inLeft = bytes.size();
+    char* outPtr = reinterpret_cast<char*>(&out[0]);
+    size_t outLeft = out.size() * sizeof(wchar_t);
+    size_t done = iconv(cd, &in, &inLeft, &outPtr, &outLeft);
+    iconv_close(cd);
+    if (done == static_cast<size_t>(-1)) return;
+    out.resize(out.size() - outLeft / sizeof(wchar_t));
+    text = out;
+}
+
 template <class T>
 void BookImplT<T>::readRaw(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
     Biff<T> record(type);
@@ -48,7 +74,12 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
     XlsStream& xls = _xls;
     switch (type) {
         case 14: _calcPrecision = readU16Record(xls, size, "CalcPrecision"); break;
-        case 18: _protect = readU16Record(xls, size, "Protect"); break;
+        case 18: {
+            // Writers differ in this record's length; its first word is the flag.
+            RecordReader in(xls, size, "Protect");
+            if (in.left() >= 2) _protect = in.u16();
+            break;
+        }
         case 19: _password = readU16Record(xls, size, "Password"); break;
         case 24: {
             std::vector<Biff<T>> name;
@@ -74,6 +105,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             font->bCharSet = in.u8();
             font->reserved = in.u8();
             font->fontName = in.left() ? in.string(true, biff5()) : std::wstring();
+            if (biff5()) decodeCodePage(font->fontName);
             _fonts.push_back(font.release());
             break;
         }
@@ -107,6 +139,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             bound.dt = in.u8();
             _boundSheets.push_back(bound);
             _boundSheetNames.push_back(in.string(true, biff5()));
+            if (biff5()) decodeCodePage(_boundSheetNames.back());
             break;
         }
         case 140: {
@@ -269,6 +302,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
                 if (in.left()) block.style.iLevel = in.u8();
             } else if (in.left()) {
                 block.style.name = in.string(biff5(), biff5());
+                if (biff5()) decodeCodePage(block.style.name);
             }
             in.done();
             if (!xls.eof() && xls.peekInt16() == 0x0892) {
@@ -287,6 +321,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             if (size < (biff5() ? 3 : 5)) in.fail();
             uint16_t id = in.u16();
             _customNumFormats.emplace_back(id, in.string(biff5(), biff5()));
+            if (biff5()) decodeCodePage(_customNumFormats.back().second);
             break;
         }
         case 2147: {
@@ -324,7 +359,7 @@ void BookImplT<T>::readStream() {
         uint16_t type = 0, size = 0;
         if (_xls.readInt16(&type) < 2) break;
         if (type == 0) throw zverror("read error: record id can't be 0");
-        _xls.readInt16(&size);
+        if (_xls.readInt16(&size) < 2) throw zverror("read error: the stream ends inside a record");
         if (type == 10) break;
         if (type == 2057) {
             if (sawBof) throw zverror("read error: unexpected BOF record");
@@ -519,6 +554,7 @@ void BookImplT<T>::saveTo(std::iostream& stream) {
     template void BookImplT<T>::readStream();                                   \
     template void BookImplT<T>::writeStream();                                  \
     template bool BookImplT<T>::loadFrom(std::iostream&);                       \
+    template void BookImplT<T>::decodeCodePage(std::wstring&) const;           \
     template void BookImplT<T>::saveTo(std::iostream&);
 ZELVAR_INSTANTIATE(char)
 ZELVAR_INSTANTIATE(wchar_t)

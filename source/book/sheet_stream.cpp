@@ -67,7 +67,7 @@ void SheetImplT<T>::read(XlsStream& xls) {
         uint16_t type = 0, size = 0;
         if (xls.readInt16(&type) < 2) break;
         if (type == 0) throw zverror("read error: record id can't be 0");
-        xls.readInt16(&size);
+        if (xls.readInt16(&size) < 2) throw zverror("read error: the stream ends inside a record");
         if (type == 10) break;
         if (type == 2057) {
             if (sawBof) {
@@ -122,6 +122,7 @@ void SheetImplT<T>::readPageSetup(XlsStream& xls, uint16_t type, uint16_t size) 
             case 21: {
                 RecordReader in(xls, size, type == 20 ? "Header" : "Footer");
                 std::wstring text = in.size() ? in.string(biff5, biff5) : std::wstring();
+                if (biff5) _book->decodeCodePage(text);
                 (type == 20 ? _header : _footer) = text;
                 break;
             }
@@ -231,6 +232,7 @@ void SheetImplT<T>::readFormulaBlock(XlsStream& xls, uint16_t size) {
                 size_t per = (f & 1) ? 2 : 1;
                 text += more.chars(std::min<size_t>(count - text.size(), more.left() / per), f);
             }
+            if (_book->biff5()) _book->decodeCodePage(text);
             block.formula.stringValue = _book->pool().copyW(text.data(), text.size());
         }
     }
@@ -260,7 +262,9 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
         case 221: {
             int slot = type == 18 ? 0 : type == 221 ? 1 : type == 99 ? 2 : 3;
             const char* names[4] = {"Protect", "ScenarioProtect", "ObjProtect", "Password"};
-            _protection[slot] = readU16(xls, size, names[slot]);
+            // Writers differ in these records' lengths; the first word is the value.
+            RecordReader in(xls, size, names[slot]);
+            if (in.left() >= 2) _protection[slot] = in.u16();
             _protectionSet[slot] = true;
             break;
         }
@@ -442,6 +446,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             if (cell.col < 256) placeCell(cell);
             break;
         }
+        case 214:  // a text cell with formatting runs: the text is kept, the runs are not
         case 516: {
             RecordReader in(xls, size, "Label");
             Label cell;
@@ -449,6 +454,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             cell.col = in.u16();
             cell.xf = in.u16();
             std::wstring text = in.string(false, biff5);
+            if (biff5) _book->decodeCodePage(text);
             cell.text = _book->pool().copyW(text.data(), text.size());
             cell.biff5 = biff5;
             if (cell.col < 256) placeCell(cell);
