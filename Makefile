@@ -7,8 +7,8 @@ FUZZ_BUILD ?= build-fuzz
 .PHONY: demo test deps build asan fuzz bench clean
 
 demo: deps build
-	./$(BUILD)/quickstart
-	./$(BUILD)/quickstart_c
+	./$(BUILD)/quickstart $(BUILD)/quickstart.xls
+	./$(BUILD)/quickstart_c $(BUILD)/quickstart_c.xls
 
 deps:
 	bash tools/install-deps.sh

@@ -3,7 +3,8 @@
 
 #include "zelvar_c.h"
 
-int main(void) {
+int main(int argc, char** argv) {
+    const char* path = argc > 1 ? argv[1] : "quickstart_c.xls";
     BookHandle book = zvCreateBookA();
     SheetHandle sheet;
     FormatHandle dateFormat, amountFormat;
@@ -24,6 +25,20 @@ int main(void) {
     zvSheetWriteNumA(sheet, 1, 2, 0.125, amountFormat);
     zvSheetWriteBoolA(sheet, 1, 3, 1, NULL);
 
+    /* Save, reload into a fresh book, print. */
+    if (!zvBookSaveA(book, path)) {
+        printf("save failed: %s\n", zvBookErrorMessageA(book));
+        return 1;
+    }
+    zvBookReleaseA(book);
+    book = zvCreateBookA();
+    zvBookSetLocaleA(book, "UTF-8");
+    if (!zvBookLoadA(book, path)) {
+        printf("load failed: %s\n", zvBookErrorMessageA(book));
+        return 1;
+    }
+    sheet = zvBookGetSheetA(book, 0);
+    printf("%s: sheet %s\n", path, zvSheetNameA(sheet));
     for (r = 0; r < zvSheetLastRowA(sheet); ++r) {
         for (c = 0; c < zvSheetLastColA(sheet); ++c) {
             switch (zvSheetCellTypeA(sheet, r, c)) {

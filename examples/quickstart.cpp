@@ -6,7 +6,8 @@
 
 using namespace zelvar;
 
-int main() {
+int main(int argc, char** argv) {
+    const char* path = argc > 1 ? argv[1] : "quickstart.xls";
     IBookT<char>* book = zvCreateBookA();
     if (!book) return 1;
     book->setLocale("UTF-8");
@@ -39,7 +40,20 @@ int main() {
         sheet->writeBool(r, 3, rows[i].paid, nullptr);
     }
 
-    std::printf("sheet %s, rows %d-%d, columns %d-%d\n", sheet->name(), sheet->firstRow(),
+    // Save, then read the file back into a fresh book and print what it holds.
+    if (!book->save(path)) {
+        std::printf("save failed: %s\n", book->errorMessage());
+        return 1;
+    }
+    book->release();
+    book = zvCreateBookA();
+    book->setLocale("UTF-8");
+    if (!book->load(path)) {
+        std::printf("load failed: %s\n", book->errorMessage());
+        return 1;
+    }
+    sheet = book->getSheet(0);
+    std::printf("%s: sheet %s, rows %d-%d, columns %d-%d\n", path, sheet->name(), sheet->firstRow(),
                 sheet->lastRow() - 1, sheet->firstCol(), sheet->lastCol() - 1);
     for (int r = sheet->firstRow(); r < sheet->lastRow(); ++r) {
         for (int c = sheet->firstCol(); c < sheet->lastCol(); ++c) {
@@ -62,8 +76,8 @@ int main() {
         }
         std::printf("\n");
     }
-    std::printf("custom format %d: %s\n", amountFormat->numFormat(),
-                book->customNumFormat(amountFormat->numFormat()));
+    IFormatT<char>* amount = sheet->cellFormat(1, 2);
+    std::printf("custom format %d: %s\n", amount->numFormat(), book->customNumFormat(amount->numFormat()));
     std::printf("last message: %s\n", book->errorMessage());
     book->release();
     return 0;
