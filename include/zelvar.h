@@ -31,10 +31,13 @@
 
 namespace zelvar {
 
+/* Every enumeration has int as its underlying type, so any number read from a file is a valid
+ * value of its type. */
+
 /* Colours. Index coding (default): 8..63 are the 56 palette entries, 0..7 fixed colours with the
  * RGB of 8..15, 64/65 system foreground/background, 32767 automatic. In the XML family with
  * rgbMode on, a colour is red << 16 | green << 8 | blue and -1 means none. */
-enum Color {
+enum Color : int {
     ColorBlack = 8, ColorWhite = 9, ColorRed = 10, ColorLime = 11, ColorBlue = 12, ColorYellow = 13,
     ColorMagenta = 14, ColorCyan = 15, ColorMaroon = 16, ColorGreen = 17, ColorNavy = 18,
     ColorOlive = 19, ColorPurple = 20, ColorTeal = 21, ColorSilver = 22, ColorGray = 23,
@@ -49,7 +52,7 @@ enum Color {
 };
 
 /* Paper size codes of the published formats; the library passes any number through unchanged. */
-enum Paper {
+enum Paper : int {
     PaperDefault = 0, PaperLetter = 1, PaperLetterSmall = 2, PaperTabloid = 3, PaperLedger = 4,
     PaperLegal = 5, PaperStatement = 6, PaperExecutive = 7, PaperA3 = 8, PaperA4 = 9,
     PaperA4Small = 10, PaperA5 = 11, PaperB4 = 12, PaperB5 = 13, PaperFolio = 14, PaperQuatro = 15,
@@ -62,30 +65,30 @@ enum Paper {
     PaperGermanLegalFanfold = 41
 };
 
-enum SheetState { SheetVisible = 0, SheetHidden = 1, SheetVeryHidden = 2 };
+enum SheetState : int { SheetVisible = 0, SheetHidden = 1, SheetVeryHidden = 2 };
 
-enum CellType { CellEmpty = 0, CellNumber = 1, CellString = 2, CellBoolean = 3, CellBlank = 4, CellError = 5 };
+enum CellType : int { CellEmpty = 0, CellNumber = 1, CellString = 2, CellBoolean = 3, CellBlank = 4, CellError = 5 };
 
-enum SheetType { SheetTypeWorksheet = 0, SheetTypeChart = 1, SheetTypeOther = 2 };
+enum SheetType : int { SheetTypeWorksheet = 0, SheetTypeChart = 1, SheetTypeOther = 2 };
 
-enum ErrorType {
+enum ErrorType : int {
     ErrorNull = 0, ErrorDiv0 = 7, ErrorValue = 15, ErrorRef = 23, ErrorName = 29, ErrorNum = 36,
     ErrorNA = 42, ErrorNone = 255
 };
 
-enum PictureType {
+enum PictureType : int {
     PicturePng = 0, PictureJpeg = 1, PictureWmf = 2, PictureDib = 3, PictureEmf = 4,
     PicturePict = 5, PictureTiff = 6, PictureError = 255
 };
 
-enum AlignH {
+enum AlignH : int {
     HAlignGeneral = 0, HAlignLeft = 1, HAlignCenter = 2, HAlignRight = 3, HAlignFill = 4,
     HAlignJustify = 5, HAlignCenterAcross = 6, HAlignDistributed = 7
 };
 
-enum AlignV { VAlignTop = 0, VAlignCenter = 1, VAlignBottom = 2, VAlignJustify = 3, VAlignDistributed = 4 };
+enum AlignV : int { VAlignTop = 0, VAlignCenter = 1, VAlignBottom = 2, VAlignJustify = 3, VAlignDistributed = 4 };
 
-enum BorderStyle {
+enum BorderStyle : int {
     BorderNone = 0, BorderThin = 1, BorderMedium = 2, BorderDashed = 3, BorderDotted = 4,
     BorderThick = 5, BorderDouble = 6, BorderHair = 7, BorderMediumDashed = 8, BorderDashDot = 9,
     BorderMediumDashDot = 10, BorderDashDotDot = 11, BorderMediumDashDotDot = 12,
@@ -93,9 +96,9 @@ enum BorderStyle {
 };
 
 /* Bit 0 is the line from top left to bottom right, bit 1 the line from bottom left to top right. */
-enum BorderDiagonal { DiagonalNone = 0, DiagonalDown = 1, DiagonalUp = 2, DiagonalBoth = 3 };
+enum BorderDiagonal : int { DiagonalNone = 0, DiagonalDown = 1, DiagonalUp = 2, DiagonalBoth = 3 };
 
-enum FillPattern {
+enum FillPattern : int {
     FillNone = 0, FillSolid = 1, FillMediumGray = 2, FillDarkGray = 3, FillLightGray = 4,
     FillDarkHorizontal = 5, FillDarkVertical = 6, FillDarkDown = 7, FillDarkUp = 8,
     FillDarkGrid = 9, FillDarkTrellis = 10, FillLightHorizontal = 11, FillLightVertical = 12,
@@ -103,17 +106,17 @@ enum FillPattern {
     FillGray125 = 17, FillGray0625 = 18
 };
 
-enum Script { ScriptNormal = 0, ScriptSuper = 1, ScriptSub = 2 };
+enum Script : int { ScriptNormal = 0, ScriptSuper = 1, ScriptSub = 2 };
 
 /* The jump from 2 to 33 is the binary format's own coding. */
-enum Underline {
+enum Underline : int {
     UnderlineNone = 0, UnderlineSingle = 1, UnderlineDouble = 2, UnderlineSingleAccounting = 33,
     UnderlineDoubleAccounting = 34
 };
 
 /* Built-in number formats; ids from 164 up come from addCustomNumFormat. Ids 14 to 22 and 45 to 47
  * are dates. */
-enum NumFormat {
+enum NumFormat : int {
     NumFormatGeneral = 0, NumFormatNumber = 1, NumFormatNumberD2 = 2, NumFormatNumberSep = 3,
     NumFormatNumberSepD2 = 4, NumFormatCurrencyNegBra = 5, NumFormatCurrencyNegBraRed = 6,
     NumFormatCurrencyD2NegBra = 7, NumFormatCurrencyD2NegBraRed = 8, NumFormatPercent = 9,

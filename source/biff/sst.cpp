@@ -210,6 +210,7 @@ ExtString<T> readExtString(XlsStream& xls, unsigned& left, MemPool* pool) {
         }
         size_t want = (count - have) * (form ? 2 : 1);
         size_t take = want < left ? want : left;
+        if (take > sizeof piece) take = form ? sizeof piece - (sizeof piece & 1) : sizeof piece;
         if (form && (take & 1)) throw zverror("error in XLUnicodeString record #2");
         in.bytes(piece, take);
         if (form) {
