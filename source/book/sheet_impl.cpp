@@ -651,28 +651,6 @@ const T* SheetImplT<T>::readComment(int, int) const { return notImplemented(); }
 template <class T>
 void SheetImplT<T>::writeComment(int, int, const T*, const T*, int, int) { ZV_NOT_IMPLEMENTED(); }
 template <class T>
-double SheetImplT<T>::colWidth(int) const { ZV_NOT_IMPLEMENTED(-1.0); }
-template <class T>
-double SheetImplT<T>::rowHeight(int) const { ZV_NOT_IMPLEMENTED(-1.0); }
-template <class T>
-bool SheetImplT<T>::setCol(int, int, double, IFormatT<T>*, bool) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::setRow(int, double, IFormatT<T>*, bool) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::rowHidden(int) const { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::setRowHidden(int, bool) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::colHidden(int) const { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::setColHidden(int, bool) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::getMerge(int, int, int*, int*, int*, int*) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::setMerge(int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::delMerge(int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
 int SheetImplT<T>::pictureSize() const { return 0; }
 template <class T>
 int SheetImplT<T>::getPicture(int, int*, int*, int*, int*, int*, int*, int*, int*) const { ZV_NOT_IMPLEMENTED(-1); }
@@ -680,24 +658,6 @@ template <class T>
 void SheetImplT<T>::setPicture(int, int, int, double, int, int) { ZV_NOT_IMPLEMENTED(); }
 template <class T>
 void SheetImplT<T>::setPicture2(int, int, int, int, int, int, int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-int SheetImplT<T>::getHorPageBreak(int) const { ZV_NOT_IMPLEMENTED(-1); }
-template <class T>
-int SheetImplT<T>::getHorPageBreakSize() const { return 0; }
-template <class T>
-int SheetImplT<T>::getVerPageBreak(int) const { ZV_NOT_IMPLEMENTED(-1); }
-template <class T>
-int SheetImplT<T>::getVerPageBreakSize() const { return 0; }
-template <class T>
-bool SheetImplT<T>::setHorPageBreak(int, bool) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::setVerPageBreak(int, bool) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-void SheetImplT<T>::split(int, int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-bool SheetImplT<T>::groupRows(int, int, bool) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::groupCols(int, int, bool) { ZV_NOT_IMPLEMENTED(false); }
 template <class T>
 bool SheetImplT<T>::clear(int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
 template <class T>
@@ -710,70 +670,6 @@ template <class T>
 bool SheetImplT<T>::removeRow(int, int) { ZV_NOT_IMPLEMENTED(false); }
 template <class T>
 bool SheetImplT<T>::copyCell(int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::printGridlines() const { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-void SheetImplT<T>::setPrintGridlines(bool) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-int SheetImplT<T>::zoom() const { ZV_NOT_IMPLEMENTED(0); }
-template <class T>
-void SheetImplT<T>::setZoom(int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-int SheetImplT<T>::printZoom() const { ZV_NOT_IMPLEMENTED(0); }
-template <class T>
-void SheetImplT<T>::setPrintZoom(int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-bool SheetImplT<T>::getPrintFit(int*, int*) const { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-void SheetImplT<T>::setPrintFit(int, int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-bool SheetImplT<T>::landscape() const { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-void SheetImplT<T>::setLandscape(bool) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-Paper SheetImplT<T>::paper() const { ZV_NOT_IMPLEMENTED(PaperDefault); }
-template <class T>
-void SheetImplT<T>::setPaper(Paper) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-const T* SheetImplT<T>::header() const { return notImplemented(); }
-template <class T>
-bool SheetImplT<T>::setHeader(const T*, double) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-double SheetImplT<T>::headerMargin() const { ZV_NOT_IMPLEMENTED(-1.0); }
-template <class T>
-const T* SheetImplT<T>::footer() const { return notImplemented(); }
-template <class T>
-bool SheetImplT<T>::setFooter(const T*, double) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-double SheetImplT<T>::footerMargin() const { ZV_NOT_IMPLEMENTED(-1.0); }
-template <class T>
-bool SheetImplT<T>::hCenter() const { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-void SheetImplT<T>::setHCenter(bool) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-bool SheetImplT<T>::vCenter() const { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-void SheetImplT<T>::setVCenter(bool) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-double SheetImplT<T>::marginLeft() const { ZV_NOT_IMPLEMENTED(-1.0); }
-template <class T>
-void SheetImplT<T>::setMarginLeft(double) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-double SheetImplT<T>::marginRight() const { ZV_NOT_IMPLEMENTED(-1.0); }
-template <class T>
-void SheetImplT<T>::setMarginRight(double) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-double SheetImplT<T>::marginTop() const { ZV_NOT_IMPLEMENTED(-1.0); }
-template <class T>
-void SheetImplT<T>::setMarginTop(double) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-double SheetImplT<T>::marginBottom() const { ZV_NOT_IMPLEMENTED(-1.0); }
-template <class T>
-void SheetImplT<T>::setMarginBottom(double) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-bool SheetImplT<T>::printRowCol() const { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-void SheetImplT<T>::setPrintRowCol(bool) { ZV_NOT_IMPLEMENTED(); }
 template <class T>
 void SheetImplT<T>::setPrintRepeatRows(int, int) { ZV_NOT_IMPLEMENTED(); }
 template <class T>
@@ -794,11 +690,6 @@ template <class T>
 int SheetImplT<T>::namedRangeSize() const { return 0; }
 template <class T>
 const T* SheetImplT<T>::namedRange(int, int*, int*, int*, int*) { return notImplemented(); }
-template <class T>
-bool SheetImplT<T>::protect() const { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-void SheetImplT<T>::setProtect(bool) { ZV_NOT_IMPLEMENTED(); }
-
 #undef ZV_NOT_IMPLEMENTED
 
 template class SheetImplT<char>;

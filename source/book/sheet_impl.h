@@ -204,6 +204,14 @@ private:
     uint32_t entryAt(int row, int col) const { return _sheetIndex.get(row, col); }
     const T* notImplemented() const;
 
+    struct PageBreak {
+        uint16_t pos = 0, start = 0, end = 255;
+    };
+    Row* findRow(int row);
+    const Row* findRow(int row) const;
+    const ColInfo* findCol(int col) const;
+    bool setPageBreak(std::vector<PageBreak>& breaks, int pos, bool pageBreak, uint16_t end);
+    bool setHeaderText(std::wstring& into, const T* text, double margin, double& marginField);
     void readRecord(XlsStream& xls, uint16_t type, uint16_t size);
     void readPageSetup(XlsStream& xls, uint16_t type, uint16_t size);
     void readFormulaBlock(XlsStream& xls, uint16_t size);
@@ -242,9 +250,6 @@ private:
     // Protect, ScenarioProtect, ObjProtect, Password, each present or not.
     bool _protectionSet[4] = {false, false, false, false};
     uint16_t _protection[4] = {0, 0, 0, 0};
-    struct PageBreak {
-        uint16_t pos = 0, start = 0, end = 255;
-    };
     std::vector<PageBreak> _horizontalPageBreaks, _verticalPageBreaks;
     EmptyBiff<T> _headerFooter{2204}, _sort{144}, _dropDownObjIds{2164}, _autoFilterInfo{157},
         _entExU2{450}, _dCon{80}, _plv{2187}, _dxGCol{153}, _codeName{442};
