@@ -659,18 +659,6 @@ void SheetImplT<T>::setPicture(int, int, int, double, int, int) { ZV_NOT_IMPLEME
 template <class T>
 void SheetImplT<T>::setPicture2(int, int, int, int, int, int, int) { ZV_NOT_IMPLEMENTED(); }
 template <class T>
-bool SheetImplT<T>::clear(int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::insertCol(int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::insertRow(int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::removeCol(int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::removeRow(int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::copyCell(int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
 void SheetImplT<T>::setPrintRepeatRows(int, int) { ZV_NOT_IMPLEMENTED(); }
 template <class T>
 void SheetImplT<T>::setPrintRepeatCols(int, int) { ZV_NOT_IMPLEMENTED(); }

@@ -25,6 +25,7 @@ struct Window2 {
 
 struct Rect {
     uint16_t rwFirst = 0, rwLast = 0, colFirst = 0, colLast = 0;
+    bool drop = false;  // marked for removal during an edit
 };
 
 // Cell records live in vectors whose big buffers sit on huge pages.
@@ -212,6 +213,12 @@ private:
     const ColInfo* findCol(int col) const;
     bool setPageBreak(std::vector<PageBreak>& breaks, int pos, bool pageBreak, uint16_t end);
     bool setHeaderText(std::wstring& into, const T* text, double margin, double& marginField);
+    void clearIndexes(int rowFirst, int rowLast, int colFirst, int colLast, bool onlyBlanks);
+    // Sets the row or column of the record an entry points at.
+    void moveRecord(uint32_t entry, int row, int col);
+    void shiftNotes(int first, int count, bool isRow, bool insert);
+    void insertMerges(int first, int last, bool isRow);
+    void removeMerges(int first, int last, bool isRow);
     void readRecord(XlsStream& xls, uint16_t type, uint16_t size);
     void readPageSetup(XlsStream& xls, uint16_t type, uint16_t size);
     void readFormulaBlock(XlsStream& xls, uint16_t size);

@@ -1,0 +1,356 @@
+// Structural edits of a binary sheet: inserting and removing rows and columns, clearing a block,
+// copying a cell. They move cells, row heights, column widths, comments and merge blocks; the text
+// of formulas, picture anchors and records kept raw stay as they are.
+#include <algorithm>
+
+#include "book/book_impl.h"
+#include "book/sheet_impl.h"
+
+namespace zelvar {
+
+namespace {
+uint16_t noteRow(const std::vector<uint8_t>& p) { return p.size() >= 4 ? static_cast<uint16_t>(p[0] | p[1] << 8) : 0; }
+uint16_t noteCol(const std::vector<uint8_t>& p) { return p.size() >= 4 ? static_cast<uint16_t>(p[2] | p[3] << 8) : 0; }
+void setNoteField(std::vector<uint8_t>& p, size_t at, unsigned v) {
+    if (p.size() < at + 2) return;
+    p[at] = static_cast<uint8_t>(v);
+    p[at + 1] = static_cast<uint8_t>(v >> 8);
+}
+}  // namespace
+
+template <class T>
+void SheetImplT<T>::moveRecord(uint32_t e, int row, int col) {
+    unsigned p = SheetIndex::position(e);
+    uint16_t r = static_cast<uint16_t>(row), c = static_cast<uint16_t>(col);
+    switch (SheetIndex::kind(e)) {
+        case KindRK: _rks[p].row = r, _rks[p].col = c; break;
+        case KindNumber: _numbers[p].row = r, _numbers[p].col = c; break;
+        case KindLabelSst: _labelSsts[p].row = r, _labelSsts[p].col = c; break;
+        case KindBlank: _blanks[p].row = r, _blanks[p].col = c; break;
+        case KindBoolErr: _boolErrs[p].row = r, _boolErrs[p].col = c; break;
+        case KindFormula: _formulas[p].formula.row = r, _formulas[p].formula.col = c; break;
+        case KindLabel: _labels[p].row = r, _labels[p].col = c; break;
+    }
+}
+
+template <class T>
+void SheetImplT<T>::clearIndexes(int rowFirst, int rowLast, int colFirst, int colLast, bool onlyBlanks) {
+    for (int r = rowFirst; r <= rowLast; ++r) {
+        if (!_sheetIndex(static_cast<unsigned>(r))) continue;
+        for (int c = colFirst; c <= colLast; ++c) {
+            uint32_t& e = _sheetIndex(static_cast<unsigned>(r), static_cast<unsigned>(c));
+            if (!onlyBlanks || (e && SheetIndex::kind(e) == KindBlank)) e = 0;
+        }
+    }
+}
+
+// Notes move with their cell; a note pushed off the grid is dropped.
+template <class T>
+void SheetImplT<T>::shiftNotes(int first, int count, bool isRow, bool insert) {
+    const int limit = isRow ? 65535 : 255;
+    std::vector<Biff<T>> kept;
+    for (auto& note : _noteShs) {
+        int at = isRow ? noteRow(note.payload) : noteCol(note.payload);
+        bool keep = true;
+        if (at >= first) {
+            if (insert) {
+                if (at + count <= limit)
+                    at += count;
+                else
+                    keep = false;
+            } else {
+                if (at >= count)
+                    at -= count;
+                else
+                    keep = false;
+            }
+            setNoteField(note.payload, isRow ? 0 : 2, static_cast<unsigned>(at));
+        }
+        if (keep) kept.push_back(std::move(note));
+    }
+    _noteShs.swap(kept);
+}
+
+// Blocks after the insertion move; a block the insertion cuts is split around the new lines.
+template <class T>
+void SheetImplT<T>::insertMerges(int first, int last, bool isRow) {
+    const int count = last - first + 1;
+    std::vector<Rect> lower;
+    for (auto& merge : _mergeCells) {
+        for (Rect& r : merge) {
+            uint16_t& lo = isRow ? r.rwFirst : r.colFirst;
+            uint16_t& hi = isRow ? r.rwLast : r.colLast;
+            if (lo >= first) {
+                lo = static_cast<uint16_t>(lo + count);
+                hi = static_cast<uint16_t>(hi + count);
+            } else if (hi >= first) {
+                Rect part = r;
+                (isRow ? part.rwFirst : part.colFirst) = static_cast<uint16_t>(last + 1);
+                (isRow ? part.rwLast : part.colLast) = static_cast<uint16_t>(hi + count);
+                lower.push_back(part);
+                hi = static_cast<uint16_t>(first - 1);
+            }
+        }
+    }
+    for (const Rect& r : lower) setMerge(r.rwFirst, r.rwLast, r.colFirst, r.colLast);
+}
+
+template <class T>
+void SheetImplT<T>::removeMerges(int first, int last, bool isRow) {
+    const int count = last - first + 1;
+    int n = count;
+    for (auto& merge : _mergeCells) {
+        for (Rect& r : merge) {
+            if (r.drop) continue;
+            int lo = isRow ? r.rwFirst : r.colFirst;
+            int hi = isRow ? r.rwLast : r.colLast;
+            int inside = std::max(0, std::min(last, hi) - std::max(first, lo) + 1);
+            int outside = count - inside;
+            bool head = isRow ? first <= lo : first < lo;
+            bool tail = isRow ? (first > lo && first <= hi) : (first >= lo && first <= hi);
+            if (head) {
+                lo = outside > lo ? 0 : lo - outside;
+                if (n > hi) r.drop = true;
+                else hi -= n;
+            } else if (tail) {
+                int over = last - hi;
+                if (over > 0) n -= over;
+                if (n > hi) r.drop = true;
+                else hi -= n;
+            } else {
+                continue;
+            }
+            (isRow ? r.rwFirst : r.colFirst) = static_cast<uint16_t>(lo);
+            (isRow ? r.rwLast : r.colLast) = static_cast<uint16_t>(hi);
+        }
+        merge.erase(std::remove_if(merge.begin(), merge.end(),
+                                   [](const Rect& r) { return r.drop || r.rwLast < r.rwFirst || r.colLast < r.colFirst; }),
+                    merge.end());
+    }
+}
+
+template <class T>
+bool SheetImplT<T>::insertRow(int rowFirst, int rowLast) {
+    return _book->guard(false, [&] {
+        const int count = rowLast - rowFirst + 1;
+        if (count < 1) throw zverror("rowLast must be greater than or equal to rowFirst");
+        if (rowFirst < 65536 && rowFirst >= 0) {
+            for (int r = 65535; r >= rowFirst; --r) {
+                if (!_sheetIndex(static_cast<unsigned>(r))) continue;
+                for (unsigned c = 0; c < SheetIndex::kCols; ++c) {
+                    uint32_t e = _sheetIndex(static_cast<unsigned>(r), c);
+                    if (!e || SheetIndex::kind(e) == KindLabel) continue;
+                    int moved = static_cast<uint16_t>(r + count);
+                    moveRecord(e, moved, static_cast<int>(c));
+                    if (moved > r) _sheetIndex(static_cast<unsigned>(moved), c) = e;
+                    _sheetIndex(static_cast<unsigned>(r), c) = 0;
+                }
+            }
+        }
+        shiftNotes(rowFirst, count, true, true);
+        insertMerges(rowFirst, rowLast, true);
+        if (rowLast <= 65534) {
+            for (int dst = 65535, src = 65535 - count; dst >= rowLast + 1; --dst, --src) {
+                if (dst < count || src < 0) continue;
+                if (rowHeight(src) != rowHeight(dst) || rowHidden(src) != rowHidden(dst))
+                    if (!setRow(dst, rowHeight(src), nullptr, rowHidden(src))) throw zverror(_book->errorMessage());
+            }
+        }
+        for (int row = std::max(rowFirst, 0); row <= rowLast && row <= 65535; ++row)
+            if (!setRow(row, 12.75, nullptr, false)) throw zverror(_book->errorMessage());
+        _dimensionsDirty = true;
+        return true;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::insertCol(int colFirst, int colLast) {
+    return _book->guard(false, [&] {
+        const int count = colLast - colFirst + 1;
+        if (count < 1) throw zverror("colLast must be greater than or equal to colFirst");
+        if (colFirst <= 255 && colFirst >= 0) {
+            for (int c = 255; c >= colFirst; --c) {
+                for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
+                    if (!_sheetIndex(r)) continue;
+                    uint32_t e = _sheetIndex(r, static_cast<unsigned>(c));
+                    if (!e || SheetIndex::kind(e) == KindLabel) continue;
+                    int moved = c + count;
+                    moveRecord(e, static_cast<int>(r), moved);
+                    if (moved <= 255) _sheetIndex(r, static_cast<unsigned>(moved)) = e;
+                    _sheetIndex(r, static_cast<unsigned>(c)) = 0;
+                }
+            }
+        }
+        shiftNotes(colFirst, count, false, true);
+        insertMerges(colFirst, colLast, false);
+        if (colLast <= 254) {
+            for (int dst = 255, src = 255 - count; dst >= colLast + 1; --dst, --src) {
+                if (dst < count || src < 0) continue;
+                if (colWidth(src) != colWidth(dst) || colHidden(src) != colHidden(dst))
+                    if (!setCol(dst, dst, colWidth(src), nullptr, colHidden(src))) throw zverror(_book->errorMessage());
+            }
+        }
+        if (!setCol(std::max(colFirst, 0), std::min(colLast, 255), 8.43, nullptr, false))
+            throw zverror(_book->errorMessage());
+        _dimensionsDirty = true;
+        return true;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::removeRow(int rowFirst, int rowLast) {
+    return _book->guard(false, [&] {
+        const int count = rowLast - rowFirst + 1;
+        if (count < 1) throw zverror("rowLast must be greater than or equal to rowFirst");
+        rowFirst = std::max(rowFirst, 0);
+        for (int dst = rowFirst; dst <= 65535 - count; ++dst) {
+            int src = dst + count;
+            if (rowHeight(src) != rowHeight(dst) || rowHidden(src) != rowHidden(dst))
+                if (!setRow(dst, rowHeight(src), nullptr, rowHidden(src))) throw zverror(_book->errorMessage());
+        }
+        for (int r = rowFirst; r <= rowLast && r <= 65535; ++r)
+            for (unsigned c = 0; c < SheetIndex::kCols; ++c) _sheetIndex(static_cast<unsigned>(r), c) = 0;
+        if (rowLast + 1 <= 65535) {
+            for (int r = rowLast + 1; r <= 65535; ++r) {
+                if (!_sheetIndex(static_cast<unsigned>(r))) continue;
+                for (unsigned c = 0; c < SheetIndex::kCols; ++c) {
+                    uint32_t e = _sheetIndex(static_cast<unsigned>(r), c);
+                    if (!e || SheetIndex::kind(e) == KindLabel) continue;
+                    int moved = static_cast<uint16_t>(r - count);
+                    moveRecord(e, moved, static_cast<int>(c));
+                    if (moved < r) _sheetIndex(static_cast<unsigned>(moved), c) = e;
+                    _sheetIndex(static_cast<unsigned>(r), c) = 0;
+                }
+            }
+        }
+        shiftNotes(rowFirst, count, true, false);
+        removeMerges(rowFirst, rowLast, true);
+        _dimensionsDirty = true;
+        return true;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::removeCol(int colFirst, int colLast) {
+    return _book->guard(false, [&] {
+        const int count = colLast - colFirst + 1;
+        if (count < 1) throw zverror("colLast must be greater than or equal to colFirst");
+        colFirst = std::max(colFirst, 0);
+        for (int dst = colFirst; dst <= 255 - count; ++dst) {
+            int src = dst + count;
+            if (colWidth(src) != colWidth(dst) || colHidden(src) != colHidden(dst))
+                if (!setCol(dst, dst, colWidth(src), nullptr, colHidden(src))) throw zverror(_book->errorMessage());
+        }
+        clearIndexes(0, 65535, colFirst, std::min(colLast, 255), false);
+        for (int c = colLast + 1; c <= 255; ++c) {
+            for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
+                if (!_sheetIndex(r)) continue;
+                uint32_t e = _sheetIndex(r, static_cast<unsigned>(c));
+                if (!e || SheetIndex::kind(e) == KindLabel) continue;
+                int moved = c - count;
+                moveRecord(e, static_cast<int>(r), moved);
+                _sheetIndex(r, static_cast<unsigned>(moved)) = e;
+                _sheetIndex(r, static_cast<unsigned>(c)) = 0;
+            }
+        }
+        shiftNotes(colFirst, count, false, false);
+        removeMerges(colFirst, colLast, false);
+        _dimensionsDirty = true;
+        return true;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::clear(int rowFirst, int rowLast, int colFirst, int colLast) {
+    return _book->guard(false, [&] {
+        if (rowLast < rowFirst) throw zverror("rowLast must be greater than or equal to rowFirst");
+        if (colLast < colFirst) throw zverror("colLast must be greater than or equal to colFirst");
+        rowFirst = std::min(std::max(rowFirst, 0), 65535);
+        rowLast = std::min(std::max(rowLast, 0), 65535);
+        colFirst = std::min(std::max(colFirst, 0), 255);
+        colLast = std::min(std::max(colLast, 0), 255);
+        clearIndexes(rowFirst, rowLast, colFirst, colLast, false);
+        _noteShs.erase(std::remove_if(_noteShs.begin(), _noteShs.end(),
+                                      [&](const Biff<T>& note) {
+                                          int r = noteRow(note.payload), c = noteCol(note.payload);
+                                          return r >= rowFirst && r <= rowLast && c >= colFirst && c <= colLast;
+                                      }),
+                       _noteShs.end());
+        for (auto& merge : _mergeCells) {
+            merge.erase(std::remove_if(merge.begin(), merge.end(),
+                                       [&](const Rect& r) {
+                                           bool overlaps = r.rwFirst <= rowLast && r.rwLast >= rowFirst &&
+                                                           r.colFirst <= colLast && r.colLast >= colFirst;
+                                           if (overlaps) clearIndexes(r.rwFirst, r.rwLast, r.colFirst, r.colLast, true);
+                                           return overlaps;
+                                       }),
+                        merge.end());
+        }
+        _dimensionsDirty = true;
+        return true;
+    });
+}
+
+template <class T>
+bool SheetImplT<T>::copyCell(int rowSrc, int colSrc, int rowDst, int colDst) {
+    return _book->guard(false, [&] {
+        checkRanges(rowSrc, colSrc);
+        checkRanges(rowDst, colDst);
+        uint32_t src = _sheetIndex.get(static_cast<unsigned>(rowSrc), static_cast<unsigned>(colSrc));
+        if (!src) throw zverror("empty cell");
+        unsigned kind = SheetIndex::kind(src);
+        if (kind == KindLabel) throw zverror("unknown type of cell");
+        uint32_t& dst = _sheetIndex(static_cast<unsigned>(rowDst), static_cast<unsigned>(colDst));
+        unsigned ps = SheetIndex::position(src);
+        auto copyInto = [&](auto& vec) {
+            using R = typename std::decay_t<decltype(vec)>::value_type;
+            R record = vec[ps];
+            if (dst && SheetIndex::kind(dst) == kind) {
+                R& target = vec[SheetIndex::position(dst)];
+                if constexpr (R::kind == KindFormula) {
+                    target = record;  // the whole block, address fields included
+                } else {
+                    uint16_t r = target.row, c = target.col;
+                    target = record;
+                    target.row = r;
+                    target.col = c;
+                }
+                if constexpr (R::kind == KindLabelSst) _book->sst().addUser(record.isst);
+                return;
+            }
+            if constexpr (R::kind == KindFormula) {
+                record.formula.row = static_cast<uint16_t>(rowDst);
+                record.formula.col = static_cast<uint16_t>(colDst);
+            } else {
+                record.row = static_cast<uint16_t>(rowDst);
+                record.col = static_cast<uint16_t>(colDst);
+            }
+            dst = SheetIndex::entry(kind, static_cast<unsigned>(vec.size()));
+            vec.push_back(record);
+            if constexpr (R::kind == KindLabelSst) _book->sst().addUser(record.isst);
+        };
+        switch (kind) {
+            case KindRK: copyInto(_rks); break;
+            case KindNumber: copyInto(_numbers); break;
+            case KindLabelSst: copyInto(_labelSsts); break;
+            case KindBlank: copyInto(_blanks); break;
+            case KindBoolErr: copyInto(_boolErrs); break;
+            case KindFormula: copyInto(_formulas); break;
+        }
+        _dimensions.update(static_cast<unsigned>(rowDst), static_cast<unsigned>(colDst));
+        return true;
+    });
+}
+
+#define ZELVAR_INSTANTIATE(T)                                             \
+    template bool SheetImplT<T>::insertRow(int, int);                     \
+    template bool SheetImplT<T>::insertCol(int, int);                     \
+    template bool SheetImplT<T>::removeRow(int, int);                     \
+    template bool SheetImplT<T>::removeCol(int, int);                     \
+    template bool SheetImplT<T>::clear(int, int, int, int);               \
+    template bool SheetImplT<T>::copyCell(int, int, int, int);
+ZELVAR_INSTANTIATE(char)
+ZELVAR_INSTANTIATE(wchar_t)
+#undef ZELVAR_INSTANTIATE
+
+}  // namespace zelvar
