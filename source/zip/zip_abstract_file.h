@@ -20,6 +20,8 @@ public:
     virtual void Flush() = 0;
     virtual void Close() = 0;
     virtual bool IsClosed() const = 0;
+    // The whole content when it lies in memory already, so that reading needs no copy.
+    virtual const char* InPlaceData() const { return nullptr; }
 };
 
 }  // namespace zelvar

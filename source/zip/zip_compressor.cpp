@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "zip/zip_crc.h"
 #include "zip/zip_exception.h"
 #include "zip/zip_storage.h"
 
@@ -42,16 +43,17 @@ void CZipCompressor::InitDecompression(CZipStorage* storage, uint64_t compressed
 }
 
 void CZipCompressor::UpdateCrc(const char* data, unsigned size) {
-    m_uCrc32 = static_cast<uint32_t>(crc32(m_uCrc32, reinterpret_cast<const Bytef*>(data), size));
+    m_uCrc32 = zipCrc32(m_uCrc32, data, size);
 }
 
-unsigned CZipCompressor::FillInput() {
-    unsigned size = static_cast<unsigned>(std::min<uint64_t>(m_uComprLeft, kBufferSize));
-    if (size == 0) return 0;
+const char* CZipCompressor::FillInput(unsigned* size) {
+    *size = static_cast<unsigned>(std::min<uint64_t>(m_uComprLeft, kBufferSize));
+    if (*size == 0) return nullptr;
+    m_uComprLeft -= *size;
+    if (const char* inPlace = m_pStorage->ReadInPlace(*size)) return inPlace;
     if (m_pBuffer.size() < kBufferSize) m_pBuffer.resize(kBufferSize);
-    m_pStorage->Read(m_pBuffer.data(), size);
-    m_uComprLeft -= size;
-    return size;
+    m_pStorage->Read(m_pBuffer.data(), *size);
+    return m_pBuffer.data();
 }
 
 void CZipStoreCompressor::Compress(const char* data, unsigned size) {
@@ -132,9 +134,10 @@ unsigned CZipDeflateCompressor::Decompress(char* out, unsigned size) {
     m_stream.avail_out = size;
     while (m_stream.avail_out > 0 && !m_bStreamEnd) {
         if (m_stream.avail_in == 0) {
-            unsigned got = FillInput();
+            unsigned got = 0;
+            const char* input = FillInput(&got);
             if (got == 0) break;  // the compressed data are used up before the stream's end
-            m_stream.next_in = reinterpret_cast<Bytef*>(m_pBuffer.data());
+            m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(input));
             m_stream.avail_in = got;
         }
         int result = inflate(&m_stream, Z_NO_FLUSH);

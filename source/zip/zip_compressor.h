@@ -37,8 +37,9 @@ public:
     uint64_t m_uUncomprSize = 0;
 
 protected:
-    // Reads the next piece of compressed input into the buffer; returns its size (0 at the end).
-    unsigned FillInput();
+    // Gives the next piece of compressed input, in the file's memory or read into the
+    // buffer; its size is 0 at the end.
+    const char* FillInput(unsigned* size);
     void UpdateCrc(const char* data, unsigned size);
 
     CZipStorage* m_pStorage = nullptr;

@@ -1,5 +1,6 @@
 #include "zip/zip_mem_file.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -31,8 +32,13 @@ void CZipMemFile::Grow(uint64_t wanted) {
     if (wanted <= m_nBufSize) return;
     // A wrapped block belongs to the caller and must not move.
     if (!m_bAutoDelete) CZipException::Throw(CZipException::memError);
+    // Capacity stays a multiple of the grow step past the wanted size, but a block that
+    // grows again grows by half at least: many small appends must not copy the block
+    // over and over.
     uint64_t step = m_nGrowBy ? m_nGrowBy : 1024;
-    uint64_t capacity = m_nBufSize + (wanted - m_nBufSize + step - 1) / step * step;
+    uint64_t target = m_nBufSize ? std::max<uint64_t>(wanted, m_nBufSize + m_nBufSize / 2) : wanted;
+    uint64_t capacity = m_nBufSize + (target - m_nBufSize + step - 1) / step * step;
+    if (capacity > UINT32_MAX && wanted <= UINT32_MAX) capacity = UINT32_MAX;
     if (capacity > UINT32_MAX) CZipException::Throw(CZipException::memError);
     void* block = m_lpBuf ? std::realloc(m_lpBuf, capacity) : std::malloc(capacity);
     if (!block) CZipException::Throw(CZipException::memError);

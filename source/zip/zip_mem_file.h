@@ -25,6 +25,7 @@ public:
     void Flush() override {}
     void Close() override;
     bool IsClosed() const override { return false; }
+    const char* InPlaceData() const override { return m_lpBuf; }
 
     char* Data() { return m_lpBuf; }
     const char* Data() const { return m_lpBuf; }

@@ -51,6 +51,16 @@ void CZipStorage::Read(void* data, unsigned size) {
     if (m_pFile->Read(data, size) != size) CZipException::Throw(CZipException::badZipFile);
 }
 
+const char* CZipStorage::ReadInPlace(unsigned size) {
+    const char* memory = m_pFile->InPlaceData();
+    if (!memory) return nullptr;
+    uint64_t position = m_pFile->GetPosition();
+    if (position > m_pFile->GetLength() || m_pFile->GetLength() - position < size)
+        CZipException::Throw(CZipException::badZipFile);
+    m_pFile->Seek(static_cast<int64_t>(position + size), CZipAbstractFile::begin);
+    return memory + position;
+}
+
 void CZipStorage::Seek(uint64_t archivePosition) {
     Flush();
     uint64_t target = archivePosition + m_uBytesBeforeZip;

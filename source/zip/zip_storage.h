@@ -23,6 +23,9 @@ public:
     void Flush();
     // Reads exactly size bytes; running out of file means a damaged archive.
     void Read(void* data, unsigned size);
+    // Like Read, but points into the file's memory instead of copying; null when the file
+    // isn't in memory.
+    const char* ReadInPlace(unsigned size);
     // Moves to an archive position (bytes before the archive added).
     void Seek(uint64_t archivePosition);
     // Current position in the file, buffered bytes included.
