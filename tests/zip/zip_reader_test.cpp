@@ -191,6 +191,29 @@ open(d + '/tree/empty.txt', 'w').write('')
     }
 }
 
+TEST(ZipReader, HonoursTheUnicodePathField) {
+    if (!havePython()) GTEST_SKIP() << "no python";
+    std::string path = tmpPath("unicode-path.zip");
+    CommandResult made = runPython(R"(import sys, struct, zipfile, zlib
+utf8 = 'xl/\u00fcber.xml'.encode('utf-8')
+info = zipfile.ZipInfo('xl/uber.xml')
+info.extra = struct.pack('<HHBI', 0x7075, 5 + len(utf8), 1, zlib.crc32(b'xl/uber.xml')) + utf8
+stale = zipfile.ZipInfo('stale.xml')  # the field no longer matches the stored name
+stale.extra = struct.pack('<HHBI', 0x7075, 5 + 3, 1, 12345) + b'new'
+with zipfile.ZipFile(sys.argv[1], 'w') as z:
+    z.writestr(info, 'content')
+    z.writestr(stale, 'stale')
+)",
+                                   shellQuote(path));
+    ASSERT_EQ(made.status, 0) << made.output;
+    zelvar::ZipReader reader(std::wstring(path.begin(), path.end()));
+    Listing listing = readAll(reader);
+    ASSERT_EQ(listing.names.size(), 2u);
+    EXPECT_EQ(listing.names[0], L"/xl/\u00fcber.xml");
+    EXPECT_EQ(listing.names[1], L"/stale.xml");
+    EXPECT_EQ(listing.bytes[0], "content");
+}
+
 TEST(ZipReader, ReadsSmallPackagesOfOtherProgramsLikeUnzip) {
     if (!haveTool("unzip")) GTEST_SKIP() << "no unzip";
     auto packages = filesIn(std::string(ZELVAR_SOURCE_DIR) + "/tests/data/zip", {".xlsx", ".xlsm"});
@@ -326,6 +349,12 @@ TEST(ZipReader, DamagedEntriesFailWithTheEngineTexts) {
     badSignature[positions[1]] = 'X';
     EXPECT_EQ(errorOf(badSignature), kDamaged);
     EXPECT_FALSE(errorOf(zip.substr(0, zip.size() / 2)).empty());
+
+    // Encrypted entries need a password, which is never given.
+    std::string encrypted = zip;
+    at(encrypted, positions[1] + 8)[0] |= 1;
+    at(encrypted, get32(at(encrypted, positions[1] + 42)) + 6)[0] |= 1;
+    EXPECT_EQ(errorOf(encrypted), "An incorrect password set for the file being decrypted.");
 
     // A stated size that can't come from the data, and the size kept for "unknown".
     std::string inflated = zip;

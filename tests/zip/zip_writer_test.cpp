@@ -200,6 +200,15 @@ TEST(ZipWriter, FileTargetAndFailures) {
     }
 
     try {
+        zelvar::ZipWriter writer;
+        writer.add(L"/" + std::wstring(70000, L'n'), "12345", 5);
+        FAIL() << "a name longer than its length field was written";
+    } catch (const zelvar::zverror& e) {
+        EXPECT_STREQ(e.what(),
+                     "The filename, the comment or local or central extra field of the file added to "
+                     "the archive is too long.");
+    }
+    try {
         zelvar::ZipWriter writer(L"/nonexistent-folder-for-zip-test/out.xlsx");
         FAIL() << "created a file in a missing folder";
     } catch (const zelvar::zverror& e) {
