@@ -177,6 +177,10 @@ TEST(ZipWriter, FileTargetAndFailures) {
         writer.add(L"/docProps/app.xml", "<Properties/>", 13);
         writer.close();
     }
+    if (haveTool("unzip")) {
+        CommandResult test = run("unzip -t " + shellQuote(path) + " 2>&1");
+        EXPECT_EQ(test.status, 0) << test.output;
+    }
     zelvar::ZipReader reader(std::wstring(path.begin(), path.end()));
     Listing listing = readAll(reader);
     ASSERT_EQ(listing.names.size(), 2u);
