@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <exception>
 
 #include "zip/zip_compressor.h"
 #include "zip/zip_exception.h"
@@ -59,35 +60,26 @@ void CZipArchive::Open(const std::string& path, int mode, uint64_t) {
 
 void CZipArchive::Close(int afterException, bool) {
     if (IsClosed()) return;
-    bool write = !m_storage.IsReadOnly() && afterException == 0;
-    try {
-        if (write) {
+    // Whatever fails on the way, the archive ends up closed; the first failure is reported.
+    std::exception_ptr failure;
+    if (!m_storage.IsReadOnly() && afterException == 0) {
+        try {
             m_centralDir.Write();
             m_storage.GetFile()->Flush();
+        } catch (...) {
+            failure = std::current_exception();
         }
-    } catch (...) {
-        m_storage.Close();
-        if (m_bOwnFile) {
-            m_bOwnFile = false;
-            try {
-                m_file.Close();
-            } catch (...) {
-            }
-        }
-        throw;
     }
     m_storage.Close();
     if (m_bOwnFile) {
         m_bOwnFile = false;
-        if (afterException == 0) {
+        try {
             m_file.Close();
-        } else {
-            try {
-                m_file.Close();
-            } catch (...) {
-            }
+        } catch (...) {
+            if (!failure && afterException == 0) failure = std::current_exception();
         }
     }
+    if (failure) std::rethrow_exception(failure);
 }
 
 const CZipFileHeader* CZipArchive::GetFileInfo(unsigned index) const {
