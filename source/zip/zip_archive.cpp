@@ -15,8 +15,6 @@ namespace {
 // Deflate can't shrink data by more than about 1032 to 1; a stated size past that bound
 // belongs to a damaged entry and must not decide how much memory is taken.
 constexpr uint64_t kMaxDeflateRatio = 1032;
-// Extraction works in steps that stay in the cache while their CRC is taken.
-constexpr unsigned kExtractStep = 262144;
 
 }  // namespace
 
@@ -159,13 +157,8 @@ bool CZipArchive::ExtractFile(unsigned index, CZipMemFile& target, bool, unsigne
     m_storage.Seek(dataStart);
     compressor->InitDecompression(&m_storage, compressed);
     char* out = target.Data() + start;
-    uint64_t done = 0;
-    while (done < expected) {
-        unsigned step = static_cast<unsigned>(std::min<uint64_t>(kExtractStep, expected - done));
-        unsigned got = compressor->Decompress(out + done, step);
-        done += got;
-        if (got < step) break;
-    }
+    // One call for the whole block: zlib then needs no copies into its window between calls.
+    uint64_t done = compressor->Decompress(out, static_cast<unsigned>(expected));
     // Data that go on past the stated size are as wrong as data that stop short of it.
     char extra;
     if (done != expected || compressor->Decompress(&extra, 1) != 0 ||

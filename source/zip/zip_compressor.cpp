@@ -47,7 +47,10 @@ void CZipCompressor::UpdateCrc(const char* data, unsigned size) {
 }
 
 const char* CZipCompressor::FillInput(unsigned* size) {
-    *size = static_cast<unsigned>(std::min<uint64_t>(m_uComprLeft, kBufferSize));
+    // Input already in memory is handed over whole, so that zlib can inflate an entry in
+    // one call; from a file it comes in buffer-sized pieces.
+    uint64_t piece = m_pStorage->IsInMemory() ? 0x40000000u : kBufferSize;
+    *size = static_cast<unsigned>(std::min<uint64_t>(m_uComprLeft, piece));
     if (*size == 0) return nullptr;
     m_uComprLeft -= *size;
     if (const char* inPlace = m_pStorage->ReadInPlace(*size)) return inPlace;

@@ -26,6 +26,7 @@ public:
     // Like Read, but points into the file's memory instead of copying; null when the file
     // isn't in memory.
     const char* ReadInPlace(unsigned size);
+    bool IsInMemory() const { return m_pFile->InPlaceData() != nullptr; }
     // Moves to an archive position (bytes before the archive added).
     void Seek(uint64_t archivePosition);
     // Current position in the file, buffered bytes included.
