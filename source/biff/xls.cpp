@@ -387,49 +387,28 @@ int XlsStream::readFile(char* data, int n) {
 
 int XlsStream::read(char* data, int n) {
     if (n <= 0) return 0;
-    int got = smallWorkbook() ? readMini(data, n) : readRegular(data, n);
+    int got = readChain(data, n, smallWorkbook());
     _streamPos += static_cast<unsigned>(got);
     return got;
 }
 
-int XlsStream::readRegular(char* data, int n) {
+// Reads across sectors: a regular stream follows the FAT, a small one the mini FAT. The end of
+// the chain (or anything that is not a sector number, or a cycle) ends the stream.
+int XlsStream::readChain(char* data, int n, bool mini) {
+    const std::vector<uint32_t>& table = mini ? _miniFat : _fat;
+    const uint32_t sectorSize = mini ? _miniSectorSize : _sectorSize;
     int total = 0;
     while (n > 0 && !_eof) {
-        uint32_t room = _sectorSize - _offsetInSector;
+        uint32_t room = sectorSize - _offsetInSector;
         if (room == 0) {
-            // Follow the chain; its end (or anything that is not a sector) ends the stream.
-            if (_sector >= _fat.size() || _fat[_sector] >= kDifSect || ++_sectorsFollowed > _fat.size()) {
+            if (_sector >= table.size() || table[_sector] >= kDifSect || ++_sectorsFollowed > table.size()) {
                 _eof = true;
                 break;
             }
-            goSector(_fat[_sector]);
-            _offsetInSector = 0;
-            continue;
-        }
-        int want = static_cast<int>(std::min<uint32_t>(room, static_cast<uint32_t>(n)));
-        int got = readFile(data + total, want);
-        total += got;
-        n -= got;
-        _offsetInSector += static_cast<uint32_t>(got);
-        if (got < want) {
-            _eof = true;
-            break;
-        }
-    }
-    return total;
-}
-
-int XlsStream::readMini(char* data, int n) {
-    int total = 0;
-    while (n > 0 && !_eof) {
-        uint32_t room = _miniSectorSize - _offsetInSector;
-        if (room == 0) {
-            if (_sector >= _miniFat.size() || _miniFat[_sector] >= kDifSect ||
-                ++_sectorsFollowed > _miniFat.size()) {
-                _eof = true;
-                break;
-            }
-            goMiniSector(_miniFat[_sector]);
+            if (mini)
+                goMiniSector(table[_sector]);
+            else
+                goSector(table[_sector]);
             _offsetInSector = 0;
             continue;
         }

@@ -121,8 +121,7 @@ private:
     uint32_t readWordAt(uint64_t offset, const char* corruptMessage);
     void goSector(uint32_t sector);
     void goMiniSector(uint32_t sector);
-    int readRegular(char* data, int n);
-    int readMini(char* data, int n);
+    int readChain(char* data, int n, bool mini);
     bool smallWorkbook() const;
     void readHeaderBytes(unsigned& bytesRead);
     int readFile(char* data, int n);

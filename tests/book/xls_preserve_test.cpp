@@ -8,9 +8,11 @@
 #include <vector>
 
 #include "biff/xls.h"
+#include "xls_stream_util.h"
 #include "zelvar.h"
 
 using namespace zelvar;
+using namespace zvtest;
 
 namespace {
 
@@ -19,31 +21,6 @@ std::string readFile(const std::string& path) {
     std::ostringstream s;
     s << f.rdbuf();
     return s.str();
-}
-
-struct Record {
-    uint16_t id;
-    std::string payload;
-};
-
-// The records of a file's workbook stream, up to the end of its last substream.
-std::vector<Record> records(const std::string& file) {
-    std::stringstream in(file);
-    XlsStream xls;
-    xls.setStreamPtr(&in);
-    xls.calcFileSize();
-    unsigned counter = 0;
-    xls.readHeader(counter);
-    std::vector<Record> out;
-    while (!xls.eof()) {
-        uint16_t id = 0, size = 0;
-        if (xls.readInt16(&id) < 2 || id == 0) break;
-        xls.readInt16(&size);
-        std::string payload(size, '\0');
-        if (size && xls.read(&payload[0], size) < size) break;
-        out.push_back({id, payload});
-    }
-    return out;
 }
 
 // Substreams whose BOF document type is neither globals (5) nor worksheet (16), as record lists.
@@ -89,8 +66,8 @@ TEST(XlsPreserve, ChartAndMacroSubstreamsComeBackByteForByte) {
         std::string copy = saved ? std::string(data, size) : std::string();
         book->release();
         if (!saved) continue;  // a "Book" stream is read, never written
-        auto before = foreignSubstreams(records(original));
-        auto after = foreignSubstreams(records(copy));
+        auto before = foreignSubstreams(streamRecords(original));
+        auto after = foreignSubstreams(streamRecords(copy));
         ASSERT_EQ(before.size(), after.size()) << path;
         for (size_t s = 0; s < before.size(); ++s) {
             ASSERT_EQ(before[s].size(), after[s].size()) << path << " substream " << s;
@@ -113,13 +90,10 @@ TEST(XlsPreserve, UnknownGlobalsRecordReturnsBeforeTheGlobalsEof) {
     std::string file(data, size);
     // Put a record of an unknown type (0x0AAA) right after the globals' BOF by rebuilding the
     // stream: take all records, insert, write a new container.
-    auto all = records(file);
+    auto all = streamRecords(file);
     ASSERT_GT(all.size(), 3u);
     Record strange{0x0AAA, std::string("\x01\x02\x03\x04\x05", 5)};
     all.insert(all.begin() + 1, strange);
-    XlsStream out;
-    std::stringstream bytes(std::ios::in | std::ios::out | std::ios::binary);
-    out.setStreamPtr(&bytes);
     // Sheet positions move by the inserted record's length.
     for (auto& r : all) {
         if (r.id == 133) {
@@ -128,14 +102,12 @@ TEST(XlsPreserve, UnknownGlobalsRecordReturnsBeforeTheGlobalsEof) {
             pos += 9;
             for (int k = 0; k < 4; ++k) r.payload[k] = static_cast<char>(pos >> (8 * k));
         }
-        out.write(r.id, r.payload.data(), static_cast<int>(r.payload.size()));
     }
-    out.close();
-    std::string modified = bytes.str();
+    std::string modified = container(all);
     ASSERT_TRUE(book->loadRaw(modified.data(), static_cast<unsigned>(modified.size()))) << book->errorMessage();
     EXPECT_EQ(1.0, book->getSheet(0)->readNum(0, 0));
     ASSERT_TRUE(book->saveRaw(&data, &size));
-    auto again = records(std::string(data, size));
+    auto again = streamRecords(std::string(data, size));
     size_t eof = 0;
     while (eof < again.size() && again[eof].id != 10) ++eof;
     ASSERT_LT(eof, again.size());

@@ -6,44 +6,13 @@
 #include <vector>
 
 #include "biff/xls.h"
+#include "xls_stream_util.h"
 #include "zelvar.h"
 
 using namespace zelvar;
+using namespace zvtest;
 
 namespace {
-
-struct Record {
-    uint16_t id;
-    std::string payload;
-};
-
-std::vector<Record> streamRecords(const std::string& file) {
-    std::stringstream in(file);
-    XlsStream xls;
-    xls.setStreamPtr(&in);
-    xls.calcFileSize();
-    unsigned counter = 0;
-    xls.readHeader(counter);
-    std::vector<Record> out;
-    while (!xls.eof()) {
-        uint16_t id = 0, size = 0;
-        if (xls.readInt16(&id) < 2 || id == 0) break;
-        xls.readInt16(&size);
-        std::string payload(size, '\0');
-        if (size) xls.read(&payload[0], size);
-        out.push_back({id, payload});
-    }
-    return out;
-}
-
-std::string container(const std::vector<Record>& records) {
-    XlsStream xls;
-    std::stringstream out(std::ios::in | std::ios::out | std::ios::binary);
-    xls.setStreamPtr(&out);
-    for (const auto& r : records) xls.write(r.id, r.payload.data(), static_cast<int>(r.payload.size()));
-    xls.close();
-    return out.str();
-}
 
 std::string saved(IBookT<char>* book) {
     const char* data = nullptr;
