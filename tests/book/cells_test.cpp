@@ -177,6 +177,14 @@ TYPED_TEST(CellsTest, BlanksAndCellFormat) {
     EXPECT_EQ(fmt, sheet->cellFormat(4, 4));
     // An absent cell with no row or column format falls back to format 0.
     EXPECT_EQ(this->book->format(0), sheet->cellFormat(9, 9));
+    // A formatted row wins over a formatted column.
+    IFormatT<TypeParam>* rowFormat = this->book->addFormat();
+    IFormatT<TypeParam>* colFormat = this->book->addFormat();
+    ASSERT_TRUE(sheet->setCol(7, 7, 10, colFormat));
+    EXPECT_EQ(colFormat, sheet->cellFormat(9, 7));
+    ASSERT_TRUE(sheet->setRow(9, 15, rowFormat));
+    EXPECT_EQ(rowFormat, sheet->cellFormat(9, 7));
+    EXPECT_EQ(colFormat, sheet->cellFormat(8, 7));
 }
 
 TYPED_TEST(CellsTest, ReadingTheWrongKindFails) {
