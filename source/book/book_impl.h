@@ -11,6 +11,7 @@
 #include "biff/biff_record.h"
 #include "biff/sst.h"
 #include "biff/xls.h"
+#include "formula/formula_decoder.h"
 #include "book/palette.h"
 #include "frame/mem_pool.h"
 #include "frame/text.h"
@@ -56,7 +57,7 @@ struct StyleBlock {
 };
 
 template <class T>
-class BookImplT : public IBookT<T> {
+class BookImplT : public IBookT<T>, public FormulaNames {
 public:
     BookImplT();
     ~BookImplT() override;
@@ -171,6 +172,9 @@ public:
     void writeStream();
     bool biff5() const { return _bof.vers < 1281; }
     void decodeCodePage(std::wstring& text) const;
+    // Names that formula tokens refer to.
+    std::wstring referenceName(uint16_t ixti) const override;
+    std::wstring definedName(uint32_t index) const override;
 
 private:
     void readGlobal(uint16_t type, uint16_t size);

@@ -51,6 +51,48 @@ void BookImplT<T>::decodeCodePage(std::wstring& text) const {
     text = out;
 }
 
+// The external sheet table lives in the first block that carries one.
+template <class T>
+std::wstring BookImplT<T>::referenceName(uint16_t ixti) const {
+    for (const auto& block : _supBookBlocks) {
+        for (const auto& record : block) {
+            if (record.id != 23 || record.payload.size() < 2) continue;
+            size_t count = record.payload[0] | record.payload[1] << 8;
+            if (ixti >= count || 2 + 6u * (ixti + 1u) > record.payload.size()) return L"#REF!";
+            const uint8_t* xti = record.payload.data() + 2 + 6u * ixti;
+            int16_t first = static_cast<int16_t>(xti[2] | xti[3] << 8);
+            int16_t last = static_cast<int16_t>(xti[4] | xti[5] << 8);
+            int sheets = static_cast<int>(_sheets.size());
+            if (first < 0 || first >= sheets || last < 0 || last >= sheets) return L"#REF!";
+            if (first == last) return GetFormula::quote(_sheets[first]->nameRef()) + L"!";
+            return GetFormula::quote(_sheets[first]->nameRef() + L":" + _sheets[last]->nameRef()) + L"!";
+        }
+    }
+    return std::wstring();
+}
+
+template <class T>
+std::wstring BookImplT<T>::definedName(uint32_t index) const {
+    static const wchar_t* builtIn[] = {L"Consolidate_Area", L"Auto_Open", L"Auto_Close", L"Extract", L"Database",
+                                       L"Criteria", L"Print_Area", L"Print_Titles", L"Recorder", L"Data_Form",
+                                       L"Auto_Activate", L"Auto_Deactivate", L"Sheet_Title", L"_FilterDatabase"};
+    if (index == 0 || index > _lbls.size() || _lbls[index - 1].empty()) return L"?";
+    const std::vector<uint8_t>& p = _lbls[index - 1].front().payload;
+    if (p.size() < 15) return L"?";
+    uint16_t grbit = static_cast<uint16_t>(p[0] | p[1] << 8);
+    size_t cch = p[3];
+    std::wstring name;
+    try {
+        RecordReader in(p, "Lbl");
+        in.skip(14);
+        name = in.chars(cch, biff5() ? 0 : in.u8());
+    } catch (const zverror&) {
+        return L"?";
+    }
+    if ((grbit & 0x20) && name.size() == 1 && static_cast<unsigned>(name[0]) < 14) return builtIn[name[0]];
+    return name;
+}
+
 template <class T>
 void BookImplT<T>::readRaw(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
     Biff<T> record(type);
@@ -555,6 +597,8 @@ void BookImplT<T>::saveTo(std::iostream& stream) {
     template void BookImplT<T>::writeStream();                                  \
     template bool BookImplT<T>::loadFrom(std::iostream&);                       \
     template void BookImplT<T>::decodeCodePage(std::wstring&) const;           \
+    template std::wstring BookImplT<T>::referenceName(uint16_t) const;         \
+    template std::wstring BookImplT<T>::definedName(uint32_t) const;           \
     template void BookImplT<T>::saveTo(std::iostream&);
 ZELVAR_INSTANTIATE(char)
 ZELVAR_INSTANTIATE(wchar_t)

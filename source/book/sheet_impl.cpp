@@ -1,10 +1,12 @@
 #include "book/sheet_impl.h"
 
+#include <algorithm>
 #include <cstring>
 #include <type_traits>
 
 #include "book/font_impl.h"
 #include "book/format_impl.h"
+#include "formula/xml_formula.h"
 #include "frame/excel_util.h"
 
 namespace zelvar {
@@ -639,11 +641,47 @@ void SheetImplT<T>::setGroupSummaryRight(bool right) {
         return value;                         \
     } while (0)
 
+// Formula text from the cell's tokens. A cell of a shared or array group holds only a reference to
+// its group's master; the text is then that of the group's formula, evaluated for this cell.
 template <class T>
-const T* SheetImplT<T>::readFormula(int, int, IFormatT<T>** format) {
+const T* SheetImplT<T>::readFormula(int row, int col, IFormatT<T>** format) {
     if (format) *format = nullptr;
-    return notImplemented();
+    return _book->template guard<const T*>(nullptr, [&]() -> const T* {
+        _formulaText.clear();
+        checkRanges(row, col);
+        uint32_t e = entryAt(row, col);
+        if (!e || SheetIndex::kind(e) != KindFormula) throw zverror("cell doesn't contain a formula");
+        const FormulaBlock& block = _formulas[SheetIndex::position(e)];
+        const std::vector<uint8_t>& tokens = block.formula.tokens;
+        if (tokens.size() < 2) throw zverror("Formula size is incorrect");
+        size_t cce = std::min<size_t>(tokens[0] | tokens[1] << 8, tokens.size() - 2);
+        const uint8_t* rgce = tokens.data() + 2;
+        bool biff5 = _book->biff5();
+        bool done = false;
+        if (cce == 5 && rgce[0] == 0x01) {
+            unsigned masterRow = rgce[1] | rgce[2] << 8, masterCol = rgce[3] | rgce[4] << 8;
+            uint32_t m = masterCol < 256 ? _sheetIndex.get(masterRow, masterCol) : 0;
+            if (m && SheetIndex::kind(m) == KindFormula) {
+                const FormulaBlock& master = _formulas[SheetIndex::position(m)];
+                // Shared formula: a range (6 bytes), 2 bytes, then the tokens.
+                const std::vector<uint8_t>* group = master.shared ? &master.shrFmla
+                                                    : master.arrayType == 545 ? &master.arrayRecord : nullptr;
+                size_t head = master.shared ? 8 : 12;
+                if (group && group->size() >= head + 2) {
+                    size_t groupCce = std::min<size_t>((*group)[head] | (*group)[head + 1] << 8, group->size() - head - 2);
+                    _formulaText = GetFormula::getFormula(group->data() + head + 2, groupCce, biff5, *_book,
+                                                          master.shared, static_cast<uint16_t>(row), static_cast<uint16_t>(col));
+                    done = true;
+                }
+            }
+        }
+        if (!done) _formulaText = GetFormula::getFormula(rgce, cce, biff5, *_book, false, 0, 0);
+        if (!_refA1) XMLFormula::toRefR1C1(_formulaText, row, col);
+        if (format) *format = formatAt(block.formula.xf);
+        return tc(_formulaText.c_str());
+    });
 }
+
 template <class T>
 bool SheetImplT<T>::writeFormula(int, int, const T*, IFormatT<T>*) { ZV_NOT_IMPLEMENTED(false); }
 template <class T>

@@ -181,6 +181,8 @@ public:
     // The index entry of a cell (0 for none) and the number of records of a kind, kept or stale.
     uint32_t entryFor(int row, int col) const { return _sheetIndex.get(row & 0xFFFF, col & 0xFF); }
     size_t recordCount(CellKind kind) const;
+    // The stored tokens of a formula cell's entry (count, tokens, extra data), for diagnostics.
+    const std::vector<uint8_t>& formulaTokens(uint32_t entry) const { return _formulas.at(SheetIndex::position(entry)).formula.tokens; }
     void retainStrings();
     // Drops this sheet's references to shared strings before the sheet goes away.
     void releaseStrings();
@@ -280,6 +282,7 @@ private:
     RecordVector<FormulaBlock> _formulas;
     SheetIndex _sheetIndex;
     mutable StringKeeper<T> _keeper;
+    std::wstring _formulaText;
     bool _refA1 = true;
     mutable bool _dimensionsDirty = false;
 };
