@@ -107,6 +107,20 @@ void c_enumerated_namespaces::add(const std::string& uri, int id) {
     m_uris.emplace(id, uri);
 }
 
+int c_enumerated_namespaces::reassign(const std::string& uri, int id) {
+    auto it = m_ids.find(uri);
+    if (it == m_ids.end()) {
+        add(uri, id);
+        return -1;
+    }
+    int former = it->second;
+    if (former < 0x10000 || m_uris.count(id)) return -1;  // fixed ids stay
+    it->second = id;
+    m_uris.erase(former);
+    m_uris.emplace(id, uri);
+    return former;
+}
+
 int c_enumerated_namespaces::get_id(const std::string& uri) {
     auto it = m_ids.find(uri);
     if (it != m_ids.end()) return it->second;
@@ -697,29 +711,26 @@ int c_xml::resolve_prefix(const char* prefix, size_t length) const {
 void c_xml::collect_context(c_namespace_context& ctx, bool include_current) const {
     size_t limit = m_bindings.size();
     if (!include_current && !m_open.empty()) limit = m_open.back().binding_mark;
-    std::vector<std::string> seen;
+    // Innermost first to drop shadowed prefixes, then given outermost first, in document order.
+    std::vector<const s_binding*> kept;
     for (size_t i = limit; i-- > 0;) {
         const s_binding& b = m_bindings[i];
-        std::string prefix(b.prefix, b.prefix_length);
         bool shadowed = false;
-        for (const std::string& s : seen)
-            if (s == prefix) shadowed = true;
-        if (shadowed) continue;
-        seen.push_back(prefix);
-        if (b.ns_id != NS_ID_NONE) ctx.add(prefix, m_namespaces.get_uri(b.ns_id));
-    }
-    if (!include_current && !m_open.empty()) {
-        // Prefixes that the element's own tag declares come back with its text.
-        const std::vector<c_namespace_context::binding>& all = ctx.get();
-        c_namespace_context kept;
-        for (const auto& b : all) {
-            bool own = false;
-            for (size_t i = m_open.back().binding_mark; i < m_bindings.size(); ++i)
-                if (std::string(m_bindings[i].prefix, m_bindings[i].prefix_length) == b.first) own = true;
-            if (!own) kept.add(b.first, b.second);
+        for (const s_binding* k : kept)
+            if (k->prefix_length == b.prefix_length && std::memcmp(k->prefix, b.prefix, b.prefix_length) == 0)
+                shadowed = true;
+        if (!include_current && !m_open.empty()) {
+            // Prefixes that the element's own tag declares come back with its text.
+            for (size_t j = m_open.back().binding_mark; j < m_bindings.size(); ++j)
+                if (m_bindings[j].prefix_length == b.prefix_length &&
+                    std::memcmp(m_bindings[j].prefix, b.prefix, b.prefix_length) == 0)
+                    shadowed = true;
         }
-        ctx = kept;
+        if (!shadowed) kept.push_back(&b);
     }
+    for (size_t i = kept.size(); i-- > 0;)
+        if (kept[i]->ns_id != NS_ID_NONE)
+            ctx.add(std::string(kept[i]->prefix, kept[i]->prefix_length), m_namespaces.get_uri(kept[i]->ns_id));
 }
 
 // ---- text values ----------------------------------------------------------------------------
@@ -932,7 +943,13 @@ c_xml_reader::c_xml_reader(c_read& source) : c_xml(source) {
 c_xml_reader::~c_xml_reader() = default;
 
 void c_xml_reader::set_ns_map(const s_ns_map* map) {
-    for (; map && map->p_ns_uri; ++map) m_namespaces.add(map->p_ns_uri, map->ns_id);
+    for (; map && map->p_ns_uri; ++map) {
+        // A URI met before the table came (in preset bindings) takes the table's id.
+        int former = m_namespaces.reassign(map->p_ns_uri, map->ns_id);
+        if (former >= 0)
+            for (s_binding& b : m_bindings)
+                if (b.ns_id == former) b.ns_id = map->ns_id;
+    }
 }
 
 bool c_xml_reader::set_name_from_tag(bool resolve) {
@@ -999,6 +1016,8 @@ int c_xml_reader::get_element_event(const s_event_map* map, elmx_error* p_error,
 }
 
 int c_xml_reader::tokenise(const s_event_map* map, bool is_element) {
+    // Only a start tag has a name to look up; an end tag or an error stays what it is.
+    if (is_element && m_event != EXE_ELEMENT_START && m_event != EXE_UNKNOWN && m_event < EXE_TOKEN) return m_event;
     const char* local = m_name.local();
     size_t length = m_name.local_length();
     int ns = m_name.ns_id;

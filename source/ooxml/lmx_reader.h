@@ -119,6 +119,8 @@ public:
     c_enumerated_namespaces();
     void add(const std::string& uri, int id);  // a fixed id; the first registration wins
     int get_id(const std::string& uri);        // an unknown URI gets a new id
+    // Gives a URI that got a new id the fixed one; returns the former id, or -1 if none changed.
+    int reassign(const std::string& uri, int id);
     const std::string& get_uri(int id) const;  // empty for an unknown id
 
 private:

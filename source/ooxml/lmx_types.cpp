@@ -1,5 +1,6 @@
 #include "ooxml/lmx_types.h"
 
+#include <libxml/xmlerror.h>
 #include <libxml/xmlregexp.h>
 
 #include <cerrno>
@@ -683,8 +684,17 @@ template class c_date_text<DT_DURATION>;
 
 // ---- patterns -----------------------------------------------------------------------------
 
+namespace {
+void silent_error(void*, const char*, ...) {}
+}  // namespace
+
 c_regex::c_regex(const char* pattern) {
+    // A pattern that doesn't compile is no news to print: it simply never matches.
+    xmlGenericErrorFunc former = xmlGenericError;
+    void* former_context = xmlGenericErrorContext;
+    xmlSetGenericErrorFunc(nullptr, silent_error);
     m_compiled = xmlRegexpCompile(reinterpret_cast<const xmlChar*>(pattern ? pattern : ""));
+    xmlSetGenericErrorFunc(former_context, former);
 }
 
 c_regex::~c_regex() {

@@ -89,13 +89,13 @@ void c_xml_writer::write_attribute(const char* name, const std::string& value) {
 }
 
 void c_xml_writer::marshal_element_body(const std::string& text) {
-    close_start_tag();
+    close_start_tag_for_text();
     output_convert_to_xml(*m_out, text);
     m_has_text = true;
 }
 
 void c_xml_writer::marshal_element_body(const std::wstring& text) {
-    close_start_tag();
+    close_start_tag_for_text();
     output_convert_to_xml(*m_out, text);
     m_has_text = true;
 }

@@ -122,6 +122,13 @@ private:
             m_start_open = false;
         }
     }
+    // Text follows the start tag on the same line.
+    void close_start_tag_for_text() {
+        if (m_start_open) {
+            m_out->push_back('>');
+            m_start_open = false;
+        }
+    }
     void indent() {
         if (!m_tab.empty())
             for (int i = 0; i < m_depth; ++i) m_out->append(m_tab);
