@@ -1143,6 +1143,7 @@ bool c_xml_reader::ignore_element() {
 
 // A simple element takes no attributes but those of the schema-instance namespace.
 elmx_error c_xml_reader::read_simple_element_attributes() {
+    if (m_attrs.empty()) return ELMX_OK;  // the usual case: nothing to check, the name stays
     std::string element = m_name.raw;
     int element_ns = m_name.ns_id;
     size_t element_local = m_name.local_offset;

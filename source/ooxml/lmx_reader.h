@@ -317,9 +317,11 @@ public:
     bool ignore_element();
 
     // ---- typed values through validation specs ----
+    // Converts and validates; an error names the current attribute ("@name") or element.
     template <class T>
     elmx_error convert_value(const std::string& text, const ct_typed_validation_spec<T>& spec, T* p_value,
-                             const std::string& item);
+                             bool is_attribute);
+    std::string item_name(bool is_attribute) const { return is_attribute ? "@" + m_name.raw : m_name.raw; }
     template <class C>
     elmx_error unmarshal_attribute_value(C& member, const ct_typed_validation_spec<typename C::value_type>& spec);
     template <class C>
@@ -453,15 +455,16 @@ protected:
 
 template <class T>
 elmx_error c_xml_reader::convert_value(const std::string& text, const ct_typed_validation_spec<T>& spec, T* p_value,
-                                       const std::string& item) {
+                                       bool is_attribute) {
     elmx_error e = spec.lexical_validator ? spec.lexical_validator(text)
                                           : (default_lexical_check(static_cast<const T*>(nullptr), text)
                                                  ? ELMX_OK
                                                  : ELMX_VALUE_BAD_FORMAT);
-    if (e != ELMX_OK) return handle_error(e, item);
+    if (e != ELMX_OK) return handle_error(e, item_name(is_attribute));
     bool converted = spec.v_to_o ? spec.v_to_o(*p_value, text) : lmx::v_to_o(*p_value, text);
-    if (!converted) return handle_error(ELMX_VALUE_BAD_FORMAT, item);
-    if (spec.value_validator && (e = spec.value_validator(*p_value)) != ELMX_OK) return handle_error(e, item);
+    if (!converted) return handle_error(ELMX_VALUE_BAD_FORMAT, item_name(is_attribute));
+    if (spec.value_validator && (e = spec.value_validator(*p_value)) != ELMX_OK)
+        return handle_error(e, item_name(is_attribute));
     return ELMX_OK;
 }
 
@@ -469,12 +472,11 @@ template <class C>
 elmx_error c_xml_reader::unmarshal_attribute_value(C& member,
                                                    const ct_typed_validation_spec<typename C::value_type>& spec) {
     typedef typename C::value_type T;
-    const std::string item = "@" + m_name.raw;
     if constexpr (C::kind == ct_kind::single || C::kind == ct_kind::list) {
-        if (member.is_value_set()) return handle_error(ELMX_ATTRIBUTE_ALREADY_READ, item);
+        if (member.is_value_set()) return handle_error(ELMX_ATTRIBUTE_ALREADY_READ, item_name(true));
     }
     if (!get_attribute_value(C::kind == ct_kind::list ? EXWS_COLLAPSE : spec.whitespace, &m_scratch))
-        return handle_error(ELMX_UNABLE_TO_READ_ATTRIBUTE_VALUE, item);
+        return handle_error(ELMX_UNABLE_TO_READ_ATTRIBUTE_VALUE, item_name(true));
     if constexpr (C::kind == ct_kind::list) {
         std::vector<T> values;
         size_t pos = 0;
@@ -483,7 +485,7 @@ elmx_error c_xml_reader::unmarshal_attribute_value(C& member,
             size_t blank = text.find(' ', pos);
             if (blank == std::string::npos) blank = text.size();
             T value{};
-            elmx_error e = convert_value(text.substr(pos, blank - pos), spec, &value, item);
+            elmx_error e = convert_value(text.substr(pos, blank - pos), spec, &value, true);
             if (e != ELMX_OK) return e;
             values.push_back(std::move(value));
             pos = blank + 1;
@@ -491,7 +493,7 @@ elmx_error c_xml_reader::unmarshal_attribute_value(C& member,
         member.set(values);
     } else {
         T value{};
-        elmx_error e = convert_value(m_scratch, spec, &value, item);
+        elmx_error e = convert_value(m_scratch, spec, &value, true);
         if (e != ELMX_OK) return e;
         if constexpr (C::kind == ct_kind::multi)
             member.append(std::move(value));
@@ -505,10 +507,9 @@ template <class C>
 elmx_error c_xml_reader::unmarshal_simple_content_value(C& member,
                                                         const ct_typed_validation_spec<typename C::value_type>& spec) {
     typedef typename C::value_type T;
-    const std::string item = m_name.raw;
     elmx_error e = ELMX_OK;
     if (!get_element_value(C::kind == ct_kind::list ? EXWS_COLLAPSE : spec.whitespace, &m_scratch, &e))
-        return handle_error(e != ELMX_OK ? e : ELMX_UNABLE_TO_READ_ELEMENT_VALUE, item);
+        return handle_error(e != ELMX_OK ? e : ELMX_UNABLE_TO_READ_ELEMENT_VALUE, item_name(false));
     if (m_scratch.empty() && spec.has_default()) m_scratch = spec.default_value;
     if constexpr (C::kind == ct_kind::list) {
         std::vector<T> values;
@@ -518,14 +519,14 @@ elmx_error c_xml_reader::unmarshal_simple_content_value(C& member,
             size_t blank = text.find(' ', pos);
             if (blank == std::string::npos) blank = text.size();
             T value{};
-            if ((e = convert_value(text.substr(pos, blank - pos), spec, &value, item)) != ELMX_OK) return e;
+            if ((e = convert_value(text.substr(pos, blank - pos), spec, &value, false)) != ELMX_OK) return e;
             values.push_back(std::move(value));
             pos = blank + 1;
         }
         member.set(values);
     } else {
         T value{};
-        if ((e = convert_value(m_scratch, spec, &value, item)) != ELMX_OK) return e;
+        if ((e = convert_value(m_scratch, spec, &value, false)) != ELMX_OK) return e;
         if constexpr (C::kind == ct_kind::multi)
             member.append(std::move(value));
         else

@@ -106,31 +106,40 @@ void wide_to_utf8(std::string& out, const wchar_t* text, size_t size) {
     }
 }
 
-static inline void escape_byte(std::string& out, const char* text, size_t i, size_t& run_start) {
-    const char* rep;
-    switch (text[i]) {
-        case '"': rep = "&quot;"; break;
-        case '\'': rep = "&apos;"; break;
-        case '&': rep = "&amp;"; break;
-        case '<': rep = "&lt;"; break;
-        case '>':
-            if (i >= 2 && text[i - 1] == ']') {
-                rep = "&gt;";
-                break;
-            }
-            return;
-        default: return;
+namespace {
+
+// Bytes that may need an entity; '>' only in some places.
+struct s_escape_table {
+    bool special[256];
+    s_escape_table() {
+        for (bool& b : special) b = false;
+        for (unsigned char c : {'"', '\'', '&', '<', '>'}) special[c] = true;
     }
-    out.append(text + run_start, i - run_start);
-    out.append(rep);
-    run_start = i + 1;
+};
+const s_escape_table escape_table;
+
+inline const char* entity_of(const char* text, size_t i) {
+    switch (text[i]) {
+        case '"': return "&quot;";
+        case '\'': return "&apos;";
+        case '&': return "&amp;";
+        case '<': return "&lt;";
+        case '>': return (i >= 2 && text[i - 1] == ']') ? "&gt;" : nullptr;
+    }
+    return nullptr;
 }
+
+}  // namespace
 
 void output_convert_to_xml(std::string& out, const char* text, size_t size) {
     size_t run_start = 0;
     for (size_t i = 0; i < size; ++i) {
-        char c = text[i];
-        if (c == '"' || c == '\'' || c == '&' || c == '<' || c == '>') escape_byte(out, text, i, run_start);
+        if (!escape_table.special[static_cast<unsigned char>(text[i])]) continue;
+        const char* entity = entity_of(text, i);
+        if (!entity) continue;
+        out.append(text + run_start, i - run_start);
+        out.append(entity);
+        run_start = i + 1;
     }
     out.append(text + run_start, size - run_start);
 }
@@ -140,24 +149,29 @@ void output_convert_to_xml(std::string& out, const std::string& text) {
 }
 
 void output_convert_to_xml(std::string& out, const std::wstring& text) {
-    // The escaping rule looks at the characters of the text, which for the ASCII characters
-    // it cares about are the same bytes in UTF-8; so convert first, then escape.
+    // Plain ASCII text, the usual case, is copied in one pass through a small buffer.
+    const size_t at = out.size();
+    char buf[256];
+    size_t i = 0;
     bool plain = true;
-    for (wchar_t c : text)
-        if (c >= 0x80 || c == L'"' || c == L'\'' || c == L'&' || c == L'<' || c == L'>') {
-            plain = false;
-            break;
+    while (plain && i < text.size()) {
+        size_t n = 0;
+        for (; n < sizeof buf && i < text.size(); ++i, ++n) {
+            wchar_t c = text[i];
+            if (c >= 0x80 || escape_table.special[c]) {
+                plain = false;
+                break;
+            }
+            buf[n] = static_cast<char>(c);
         }
-    if (plain) {
-        size_t at = out.size();
-        out.resize(at + text.size());
-        for (size_t i = 0; i < text.size(); ++i) out[at + i] = static_cast<char>(text[i]);
-        return;
+        out.append(buf, n);
     }
+    if (plain) return;
+    out.resize(at);
+    // Otherwise convert first, then escape: the rule looks only at ASCII characters, which are
+    // the same bytes in UTF-8, and "index 2 or later" only excludes a '>' at index 1.
     std::string utf8;
     wide_to_utf8(utf8, text.data(), text.size());
-    // Index 2 of the rule counts characters; a ']' before '>' is ASCII in both forms and the
-    // condition "index >= 2" only excludes "]>" at the very start, which byte indexes keep.
     output_convert_to_xml(out, utf8);
 }
 

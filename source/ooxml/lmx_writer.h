@@ -162,6 +162,7 @@ class c_xml_writer_local {
 public:
     explicit c_xml_writer_local(c_xml_writer& writer) : m_writer(writer), m_depth(writer.get_depth()) {}
     int get_depth() const { return m_depth; }
+    c_xml_writer& get_writer() const { return m_writer; }
 
 private:
     c_xml_writer& m_writer;
