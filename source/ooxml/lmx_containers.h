@@ -4,6 +4,7 @@
 #pragma once
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -75,17 +76,34 @@ inline void spec_to_text(const ct_typed_validation_spec<T>& spec, std::string& o
 // ---- captured foreign items ---------------------------------------------------------------
 
 // Prefix and URI pairs in force where an item was captured, so it can be written elsewhere.
+// Items captured in one place share one list, so that many foreign attributes under many
+// declarations cost one list, not one each; changing a shared list copies it first.
 class c_namespace_context {
 public:
     typedef std::pair<std::string, std::string> binding;  // prefix ("" = default), URI
-    void add(const std::string& prefix, const std::string& uri) { m_bindings.emplace_back(prefix, uri); }
-    const std::vector<binding>& get() const { return m_bindings; }
-    size_t size() const { return m_bindings.size(); }
-    void clear() { m_bindings.clear(); }
-    bool operator==(const c_namespace_context& o) const { return m_bindings == o.m_bindings; }
+    void add(const std::string& prefix, const std::string& uri) {
+        own();
+        m_bindings->emplace_back(prefix, uri);
+    }
+    const std::vector<binding>& get() const {
+        static const std::vector<binding> none;
+        return m_bindings ? *m_bindings : none;
+    }
+    size_t size() const { return m_bindings ? m_bindings->size() : 0; }
+    void clear() { m_bindings.reset(); }
+    // The same list object for contexts copied from one another; the writer uses it to see
+    // that it has declared a context already.
+    const void* identity() const { return m_bindings.get(); }
+    bool operator==(const c_namespace_context& o) const { return get() == o.get(); }
 
 private:
-    std::vector<binding> m_bindings;
+    void own() {
+        if (!m_bindings)
+            m_bindings = std::make_shared<std::vector<binding>>();
+        else if (m_bindings.use_count() > 1)
+            m_bindings = std::make_shared<std::vector<binding>>(*m_bindings);
+    }
+    std::shared_ptr<std::vector<binding>> m_bindings;
 };
 
 // One foreign attribute or element. For an element, value holds its whole XML text as it stood

@@ -1,5 +1,6 @@
 #include "ooxml/lmx_reader.h"
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -488,7 +489,7 @@ bool c_xml::read_doctype() {
 // ---- tags -----------------------------------------------------------------------------------
 
 void c_xml::pop_element() {
-    m_bindings.resize(m_open.back().binding_mark);
+    pop_bindings(m_open.back().binding_mark);
     m_open.pop_back();
     if (m_open.empty()) m_root_done = true;
 }
@@ -651,7 +652,7 @@ c_xml::e_tag c_xml::read_start_tag() {
             return TAG_ERROR;
         }
         b.ns_id = uri.empty() ? NS_ID_NONE : m_namespaces.get_id(uri);
-        m_bindings.push_back(b);
+        push_binding(b);
     }
     s_open o;
     o.name = m_tag_name;
@@ -696,41 +697,64 @@ c_xml::e_tag c_xml::read_end_tag() {
     return TAG_END;
 }
 
+void c_xml::push_binding(const s_binding& b) {
+    m_prefix_index[std::string_view(b.prefix, b.prefix_length)].push_back(static_cast<uint32_t>(m_bindings.size()));
+    m_bindings.push_back(b);
+    ++m_binding_generation;
+}
+
+void c_xml::pop_bindings(size_t mark) {
+    while (m_bindings.size() > mark) {
+        const s_binding& b = m_bindings.back();
+        auto it = m_prefix_index.find(std::string_view(b.prefix, b.prefix_length));
+        it->second.pop_back();
+        if (it->second.empty()) m_prefix_index.erase(it);
+        m_bindings.pop_back();
+        ++m_binding_generation;
+    }
+}
+
 int c_xml::resolve_prefix(const char* prefix, size_t length) const {
     if (length == 3 && std::memcmp(prefix, "xml", 3) == 0) return NS_ID_XML;
-    for (size_t i = m_bindings.size(); i-- > 0;) {
-        const s_binding& b = m_bindings[i];
-        if (b.prefix_length == length && std::memcmp(b.prefix, prefix, length) == 0) {
-            if (length && b.ns_id == NS_ID_NONE) return -1;
-            return b.ns_id;
+    const s_binding* found = nullptr;
+    if (m_bindings.size() <= 32) {
+        for (size_t i = m_bindings.size(); i-- > 0;) {
+            const s_binding& b = m_bindings[i];
+            if (b.prefix_length == length && std::memcmp(b.prefix, prefix, length) == 0) {
+                found = &b;
+                break;
+            }
         }
+    } else {
+        auto it = m_prefix_index.find(std::string_view(prefix, length));
+        if (it != m_prefix_index.end()) found = &m_bindings[it->second.back()];
     }
-    return length == 0 ? NS_ID_NONE : -1;
+    if (!found) return length == 0 ? NS_ID_NONE : -1;
+    if (length && found->ns_id == NS_ID_NONE) return -1;
+    return found->ns_id;
 }
 
 void c_xml::collect_context(c_namespace_context& ctx, bool include_current) const {
     size_t limit = m_bindings.size();
     if (!include_current && !m_open.empty()) limit = m_open.back().binding_mark;
-    // Innermost first to drop shadowed prefixes, then given outermost first, in document order.
-    std::vector<const s_binding*> kept;
-    for (size_t i = limit; i-- > 0;) {
-        const s_binding& b = m_bindings[i];
-        bool shadowed = false;
-        for (const s_binding* k : kept)
-            if (k->prefix_length == b.prefix_length && std::memcmp(k->prefix, b.prefix, b.prefix_length) == 0)
-                shadowed = true;
-        if (!include_current && !m_open.empty()) {
-            // Prefixes that the element's own tag declares come back with its text.
-            for (size_t j = m_open.back().binding_mark; j < m_bindings.size(); ++j)
-                if (m_bindings[j].prefix_length == b.prefix_length &&
-                    std::memcmp(m_bindings[j].prefix, b.prefix, b.prefix_length) == 0)
-                    shadowed = true;
-        }
-        if (!shadowed) kept.push_back(&b);
+    const uint64_t key[3] = {m_binding_generation, include_current ? 1u : 0u, m_open.size()};
+    if (std::equal(key, key + 3, m_context_key)) {
+        ctx = m_context_cache;
+        return;
     }
-    for (size_t i = kept.size(); i-- > 0;)
-        if (kept[i]->ns_id != NS_ID_NONE)
-            ctx.add(std::string(kept[i]->prefix, kept[i]->prefix_length), m_namespaces.get_uri(kept[i]->ns_id));
+    // A binding is in the context when it is the innermost of its prefix; without the current
+    // element's own declarations, a prefix that the element declares again is left out too,
+    // since the element's text brings it back.
+    c_namespace_context built;
+    for (size_t i = 0; i < limit; ++i) {
+        const s_binding& b = m_bindings[i];
+        auto it = m_prefix_index.find(std::string_view(b.prefix, b.prefix_length));
+        if (it->second.back() != i || b.ns_id == NS_ID_NONE) continue;
+        built.add(std::string(b.prefix, b.prefix_length), m_namespaces.get_uri(b.ns_id));
+    }
+    m_context_cache = built;
+    std::copy(key, key + 3, m_context_key);
+    ctx = m_context_cache;
 }
 
 // ---- text values ----------------------------------------------------------------------------
@@ -1128,7 +1152,7 @@ void c_xml_reader::preset_namespace_context(const c_namespace_context& context) 
         b.prefix = prefix.data();
         b.prefix_length = static_cast<uint32_t>(prefix.size());
         b.ns_id = all[i].second.empty() ? NS_ID_NONE : m_namespaces.get_id(all[i].second);
-        m_bindings.push_back(b);
+        push_binding(b);
     }
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -215,6 +216,14 @@ protected:
 
     std::vector<s_open> m_open;
     std::vector<s_binding> m_bindings;
+    // Indexes into m_bindings by prefix, innermost last: documents may declare thousands.
+    std::unordered_map<std::string_view, std::vector<uint32_t>> m_prefix_index;
+    uint64_t m_binding_generation = 0;
+    void push_binding(const s_binding& b);
+    void pop_bindings(size_t mark);
+    // The last context built, shared by the items captured under the same declarations.
+    mutable c_namespace_context m_context_cache;
+    mutable uint64_t m_context_key[3] = {~0ull, 0, 0};
 
 private:
     bool start_input();

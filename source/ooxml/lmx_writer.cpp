@@ -57,7 +57,12 @@ void c_xml_writer::start_element(const char* name) {
 
 void c_xml_writer::end_element(const char* name) {
     --m_depth;
-    while (!m_bindings.empty() && m_bindings.back().depth > m_depth) m_bindings.pop_back();
+    while (!m_bindings.empty() && m_bindings.back().depth > m_depth) {
+        auto it = m_prefix_index.find(m_bindings.back().prefix);
+        it->second.pop_back();
+        if (it->second.empty()) m_prefix_index.erase(it);
+        m_bindings.pop_back();
+    }
     if (m_start_open) {
         m_out->append("/>");
     } else {
@@ -121,9 +126,8 @@ void c_xml_writer::add_namespace(const std::string& prefix, const std::string& u
 }
 
 const c_xml_writer::s_binding* c_xml_writer::find_binding(const std::string& prefix) const {
-    for (size_t i = m_bindings.size(); i-- > 0;)
-        if (m_bindings[i].prefix == prefix) return &m_bindings[i];
-    return nullptr;
+    auto it = m_prefix_index.find(prefix);
+    return it == m_prefix_index.end() ? nullptr : &m_bindings[it->second.back()];
 }
 
 bool c_xml_writer::is_in_scope(const std::string& prefix, const std::string& uri) const {
@@ -134,6 +138,7 @@ bool c_xml_writer::is_in_scope(const std::string& prefix, const std::string& uri
 
 void c_xml_writer::declare(const std::string& prefix, const std::string& uri) {
     write_attribute(prefix.empty() ? std::string("xmlns") : "xmlns:" + prefix, uri);
+    m_prefix_index[prefix].push_back(m_bindings.size());
     m_bindings.push_back(s_binding{prefix, uri, m_depth});
 }
 
@@ -165,7 +170,9 @@ void c_xml_writer::write_any_attribute(const c_any_info& info) {
         if (find_binding(prefix)) return;
         declare(prefix, info.get_namespace());
     }
-    if (m_depth == 1) {
+    const void* context = info.get_namespace_context().identity();
+    if (m_depth == 1 && context && context != m_root_context_declared) {
+        m_root_context_declared = context;
         // On the root, the namespaces that stood there come back too: attributes such as
         // markers of ignorable namespaces name prefixes only in their values.
         for (const auto& b : info.get_namespace_context().get())

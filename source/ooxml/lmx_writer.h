@@ -3,6 +3,7 @@
 #pragma once
 #include <iosfwd>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "ooxml/lmx_containers.h"
@@ -153,6 +154,8 @@ private:
     std::vector<std::pair<std::string, std::string>> m_added_namespaces;
     std::string m_schema_location, m_no_ns_schema_location;
     std::vector<s_binding> m_bindings;
+    std::unordered_map<std::string, std::vector<size_t>> m_prefix_index;  // into m_bindings
+    const void* m_root_context_declared = nullptr;
     s_debug_error m_debug_error;
     std::string m_scratch;
 };

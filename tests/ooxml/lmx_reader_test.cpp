@@ -348,6 +348,24 @@ TEST(LmxReader, HostileInput) {
     ASSERT_EQ(read_into(w, sheet("<sheetData><row><c r='" + big + "'><v>" + big + "</v></c></row></sheetData>")), ELMX_OK);
     EXPECT_EQ(w.m_sheetData.get().m_row[0].m_c[0].m_v.get().size(), big.size());
 
+    // Thousands of declarations and foreign attributes: each attribute shares one captured
+    // context, and lookups stay cheap, so this reads and writes in moments.
+    std::string decls, attrs;
+    for (int i = 0; i < 20000; ++i) {
+        decls += " xmlns:p" + std::to_string(i) + "='urn:p" + std::to_string(i) + "'";
+        attrs += " p" + std::to_string(i) + ":a='" + std::to_string(i) + "'";
+    }
+    c_worksheet many;
+    ASSERT_EQ(read_into(many, "<worksheet" + main_decl + decls + attrs + "><sheetData><row" + attrs +
+                                  "/></sheetData></worksheet>"),
+              ELMX_OK);
+    EXPECT_EQ(many.m_any_attribute.size(), 20000u);
+    EXPECT_EQ(many.m_sheetData.get().m_row[0].m_any_attribute.size(), 20000u);
+    std::string written = write_out(many);
+    c_worksheet many_again;
+    EXPECT_EQ(read_into(many_again, written), ELMX_OK);
+    EXPECT_EQ(write_out(many_again), written);
+
     // Every truncation of a document fails cleanly.
     const std::string full = "<?xml version='1.0'?><!DOCTYPE w [<!ENTITY e 'v'>]>" +
                              sheet("<props req='1' d='2'/><sheetData><row r='1' spans='1:2'><c r='A1' t='s'>"

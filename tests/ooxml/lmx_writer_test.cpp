@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdio>
 #include <cmath>
 #include <limits>
 #include <sstream>
@@ -277,4 +278,18 @@ TEST(LmxWriter, CapturedElementReadsBackAsADocument) {
     c_doc d2;
     ASSERT_EQ(unmarshal(&d2, w2.m_extLst.get().m_ext[0].m_any[0]), ELMX_OK);
     EXPECT_EQ(d2.m_fonts.get().m_count.get(), 2u);
+}
+
+TEST(LmxWriter, FilesAsSourceAndTarget) {
+    const std::string path = std::string(ZELVAR_TEST_TMP) + "/lmx-file.xml";
+    c_worksheet w;
+    w.m_sheetData.get().m_row.append().m_r.set(7);
+    ASSERT_EQ(marshal(w, path.c_str()), ELMX_OK);
+    c_worksheet back;
+    ASSERT_EQ(unmarshal(&back, path.c_str()), ELMX_OK);
+    EXPECT_EQ(back.m_sheetData.get().m_row[0].m_r.get(), 7u);
+    std::remove(path.c_str());
+    s_debug_error debug;
+    EXPECT_EQ(unmarshal(&back, (path + ".missing").c_str(), &debug), ELMX_UNABLE_TO_OPEN_FILE);
+    EXPECT_EQ(marshal(w, (std::string(ZELVAR_TEST_TMP) + "/no/such/dir/x.xml").c_str()), ELMX_UNABLE_TO_OPEN_FILE);
 }
