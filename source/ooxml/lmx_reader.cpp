@@ -175,10 +175,11 @@ bool c_xml::start_input() {
     const char* begin = nullptr;
     const char* end = nullptr;
     if (!m_source.get_block(&begin, &end)) {
+        // A source that only gives bytes one by one is read whole first.
         m_source.rewind();
-        for (int c; (c = m_source.read()) >= 0;) m_converted += static_cast<char>(c);
-        begin = m_converted.data();
-        end = begin + m_converted.size();
+        for (int c; (c = m_source.read()) >= 0;) m_raw_copy += static_cast<char>(c);
+        begin = m_raw_copy.data();
+        end = begin + m_raw_copy.size();
     }
     const unsigned char* b = reinterpret_cast<const unsigned char*>(begin);
     size_t n = static_cast<size_t>(end - begin);

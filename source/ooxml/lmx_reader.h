@@ -202,6 +202,7 @@ protected:
 
     // The UTF-8 text: the source's own block, or a converted copy.
     std::string m_converted;
+    std::string m_raw_copy;  // the input of a source without a block of its own
     const char* m_text_begin = nullptr;
     const char* m_p = nullptr;
     const char* m_end = nullptr;

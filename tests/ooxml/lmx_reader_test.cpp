@@ -102,6 +102,32 @@ TEST(LmxReader, Encodings) {
               ELMX_OK);
     EXPECT_EQ(w.m_sheetData.get().m_row[0].m_c[0].m_v.get(), L"caf\u00e9");
 
+    // A source that gives its bytes one by one.
+    struct byte_source : c_read {
+        std::string bytes;
+        size_t pos = 0;
+        int read() override { return pos < bytes.size() ? static_cast<unsigned char>(bytes[pos++]) : -1; }
+        void rewind() override { pos = 0; }
+        bool is_open() const override { return true; }
+        std::string get_source_id() const override { return "bytes"; }
+    };
+    for (bool big_endian : {false, true}) {
+        byte_source src;
+        src.bytes = utf16("<?xml version='1.0' encoding='UTF-16'?>" + body, big_endian, true);
+        c_xml_reader reader(src);
+        c_worksheet from_bytes;
+        ASSERT_EQ(from_bytes.unmarshal(reader), ELMX_OK);
+        EXPECT_EQ(from_bytes.m_sheetData.get().m_row[0].m_c[0].m_v.get(), expected);
+    }
+
+    // UCS-2 keeps each 16-bit unit a character of its own; the writer joins the pair again.
+    c_worksheet ucs2;
+    ASSERT_EQ(read_into(ucs2, utf16("<?xml version='1.0' encoding='ISO-10646-UCS-2'?>" + body, false, true)), ELMX_OK);
+    const std::wstring& units = ucs2.m_sheetData.get().m_row[0].m_c[0].m_v.get();
+    ASSERT_EQ(units.size(), 4u);
+    EXPECT_EQ(static_cast<unsigned>(units[2]), 0xD83Du);
+    EXPECT_NE(write_out(ucs2).find("\xF0\x9F\x98\x80"), std::string::npos);
+
     struct {
         std::string input;
         elmx_error code;
