@@ -12,6 +12,7 @@
 #include "biff/sst.h"
 #include "biff/xls.h"
 #include "formula/formula_decoder.h"
+#include "formula/formula_encoder.h"
 #include "book/palette.h"
 #include "frame/mem_pool.h"
 #include "frame/text.h"
@@ -57,7 +58,7 @@ struct StyleBlock {
 };
 
 template <class T>
-class BookImplT : public IBookT<T>, public FormulaNames {
+class BookImplT : public IBookT<T>, public FormulaNames, public XtiResolver {
 public:
     BookImplT();
     ~BookImplT() override;
@@ -175,6 +176,9 @@ public:
     // Names that formula tokens refer to.
     std::wstring referenceName(uint16_t ixti) const override;
     std::wstring definedName(uint32_t index) const override;
+    uint16_t makeXti(const std::wstring& sheet) override;
+    // Tab range of a sheet name or "First:Last", quotes removed; throws "sheet is not found".
+    void getIndexesByName(const std::wstring& name, int& first, int& last) const;
 
 private:
     void readGlobal(uint16_t type, uint16_t size);

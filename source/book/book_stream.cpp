@@ -2,6 +2,7 @@
 // unknown records, and writing them back in the writer's fixed order.
 #include <iconv.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include "book/book_impl.h"
@@ -69,6 +70,88 @@ std::wstring BookImplT<T>::referenceName(uint16_t ixti) const {
         }
     }
     return std::wstring();
+}
+
+template <class T>
+void BookImplT<T>::getIndexesByName(const std::wstring& quoted, int& first, int& last) const {
+    first = last = -1;
+    std::wstring name = quoted;
+    if (name.size() >= 2 && name.front() == L'\'' && name.back() == L'\'') {
+        name = name.substr(1, name.size() - 2);
+        for (size_t at = name.find(L"''"); at != std::wstring::npos; at = name.find(L"''", at + 1)) name.erase(at, 1);
+    }
+    auto find = [&](const std::wstring& wanted) {
+        for (size_t i = 0; i < _sheets.size(); ++i)
+            if (sicmp(_sheets[i]->nameRef(), wanted) == 0) return static_cast<int>(i);
+        return -1;
+    };
+    size_t colon = name.find(L':');
+    if (colon != std::wstring::npos) {
+        first = find(name.substr(0, colon));
+        last = find(name.substr(colon + 1));
+    }
+    if (first < 0 || last < 0) first = last = find(name);
+    if (first < 0) throw zverror("sheet is not found");
+}
+
+// The XTI of a sheet range in the table of this book's own SupBook: found, or appended. The table
+// (an ExternSheet record) stands after the last SupBook block.
+template <class T>
+uint16_t BookImplT<T>::makeXti(const std::wstring& sheet) {
+    int first = -1, last = -1;
+    getIndexesByName(sheet, first, last);
+    size_t self = _supBookBlocks.size();
+    for (size_t i = 0; i < _supBookBlocks.size(); ++i) {
+        const auto& head = _supBookBlocks[i].front();
+        if (head.id == 430 && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
+            self = i;
+            break;
+        }
+    }
+    if (self == _supBookBlocks.size()) {
+        Biff<T> supBook(430);
+        uint16_t tabs = static_cast<uint16_t>(_sheets.size());
+        supBook.payload = {static_cast<uint8_t>(tabs), static_cast<uint8_t>(tabs >> 8), 1, 4};
+        _supBookBlocks.push_back({supBook});
+    }
+    // Take the ExternSheet record to the end of the last block, where it must stand.
+    Biff<T> table(23);
+    table.payload = {0, 0};
+    for (auto& block : _supBookBlocks) {
+        for (size_t r = 0; r < block.size(); ++r) {
+            if (block[r].id != 23) continue;
+            if (r + 1 < block.size() && block[r + 1].id == 60)
+                throw zverror("too many external sheet references");
+            table = block[r];
+            block.erase(block.begin() + static_cast<long>(r));
+            break;
+        }
+    }
+    if (table.payload.size() < 2) table.payload = {0, 0};
+    size_t count = table.payload[0] | table.payload[1] << 8;
+    count = std::min(count, (table.payload.size() - 2) / 6);
+    uint16_t found = static_cast<uint16_t>(count);
+    for (size_t i = 0; i < count; ++i) {
+        const uint8_t* x = table.payload.data() + 2 + 6 * i;
+        if ((x[0] | x[1] << 8) == static_cast<int>(self) && static_cast<int16_t>(x[2] | x[3] << 8) == first &&
+            static_cast<int16_t>(x[4] | x[5] << 8) == last) {
+            found = static_cast<uint16_t>(i);
+            break;
+        }
+    }
+    if (found == count) {
+        if (2 + 6 * (count + 1) > 8224) throw zverror("too many external sheet references");
+        table.payload.resize(2 + 6 * count);
+        for (unsigned v : {static_cast<unsigned>(self), static_cast<unsigned>(first), static_cast<unsigned>(last)}) {
+            table.payload.push_back(static_cast<uint8_t>(v));
+            table.payload.push_back(static_cast<uint8_t>(v >> 8));
+        }
+        ++count;
+        table.payload[0] = static_cast<uint8_t>(count);
+        table.payload[1] = static_cast<uint8_t>(count >> 8);
+    }
+    _supBookBlocks.back().push_back(table);
+    return found;
 }
 
 template <class T>
@@ -599,6 +682,8 @@ void BookImplT<T>::saveTo(std::iostream& stream) {
     template void BookImplT<T>::decodeCodePage(std::wstring&) const;           \
     template std::wstring BookImplT<T>::referenceName(uint16_t) const;         \
     template std::wstring BookImplT<T>::definedName(uint32_t) const;           \
+    template uint16_t BookImplT<T>::makeXti(const std::wstring&);               \
+    template void BookImplT<T>::getIndexesByName(const std::wstring&, int&, int&) const; \
     template void BookImplT<T>::saveTo(std::iostream&);
 ZELVAR_INSTANTIATE(char)
 ZELVAR_INSTANTIATE(wchar_t)

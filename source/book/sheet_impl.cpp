@@ -6,6 +6,7 @@
 
 #include "book/font_impl.h"
 #include "book/format_impl.h"
+#include "formula/reverse_polish.h"
 #include "formula/xml_formula.h"
 #include "frame/excel_util.h"
 
@@ -682,8 +683,46 @@ const T* SheetImplT<T>::readFormula(int row, int col, IFormatT<T>** format) {
     });
 }
 
+// Compiles the text and stores the tokens; the cached result of a fresh formula is the number 0.
 template <class T>
-bool SheetImplT<T>::writeFormula(int, int, const T*, IFormatT<T>*) { ZV_NOT_IMPLEMENTED(false); }
+bool SheetImplT<T>::writeFormula(int row, int col, const T* value, IFormatT<T>* format) {
+    return _book->guard(false, [&] {
+        checkRanges(row, col);
+        if (!value) throw zverror("formula mustn't be NULL");
+        uint16_t xf = formatForWrite(row, col, format);
+        std::wstring text;
+        toWide(value, _book->utf8Mode(), text);
+        if (!_refA1) XMLFormula::toRefA1(text, row, col, true);
+        const FuncMap& funcs = sharedFuncMap();
+        std::wstring rpn = toReversePolish(text, funcs);
+        std::vector<uint8_t> tokens(2, 0);
+        FormulaEncoder::makeFormula(tokens, rpn, *_book, funcs);
+        size_t cce = tokens.size() - 2;
+        if (cce > 8000) throw zverror("formula is too long");
+        tokens[0] = static_cast<uint8_t>(cce);
+        tokens[1] = static_cast<uint8_t>(cce >> 8);
+        uint32_t& e = _sheetIndex(row, col);
+        delSharedFormula(row, col);
+        if (e && SheetIndex::kind(e) == KindFormula) {
+            FormulaBlock& block = _formulas[SheetIndex::position(e)];
+            block.formula.xf = xf;
+            block.formula.tokens = std::move(tokens);
+            std::memset(block.formula.result, 0, sizeof block.formula.result);
+            block.formula.grbit = 0;
+            block.formula.stringValue = nullptr;
+        } else {
+            FormulaBlock block;
+            block.formula.row = static_cast<uint16_t>(row);
+            block.formula.col = static_cast<uint16_t>(col);
+            block.formula.xf = xf;
+            block.formula.tokens = std::move(tokens);
+            e = SheetIndex::entry(KindFormula, static_cast<unsigned>(_formulas.size()));
+            _formulas.push_back(std::move(block));
+        }
+        _dimensions.update(row, col);
+        return true;
+    });
+}
 template <class T>
 const T* SheetImplT<T>::readComment(int, int) const { return notImplemented(); }
 template <class T>

@@ -1,0 +1,120 @@
+// Formulas through the sheet: compiled on write, text on read, kept through a save, in both widths.
+#include <string>
+
+#include "book/sheet_impl.h"
+#include "test_util.h"
+
+using namespace zelvar;
+using namespace zvtest;
+
+template <class T>
+class FormulaCellsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        book = newBook<T>();
+        sheet = book->addSheet(S<T>("Calc").c_str());
+        other = book->addSheet(S<T>("My Sheet").c_str());
+    }
+    std::string tokens(int row, int col) {
+        auto* impl = static_cast<SheetImplT<T>*>(sheet);
+        const auto& t = impl->formulaTokens(impl->entryFor(row, col));
+        std::string hex;
+        char buf[4];
+        for (size_t i = 2; i < t.size(); ++i) {
+            std::snprintf(buf, sizeof buf, "%02X ", t[i]);
+            hex += buf;
+        }
+        if (!hex.empty()) hex.pop_back();
+        return hex;
+    }
+    BookPtr<T> book;
+    ISheetT<T>* sheet = nullptr;
+    ISheetT<T>* other = nullptr;
+};
+TYPED_TEST_SUITE(FormulaCellsTest, Widths);
+
+TYPED_TEST(FormulaCellsTest, TokensOfTheEncoder) {
+    auto* sheet = this->sheet;
+    struct {
+        const char* text;
+        const char* bytes;
+    } cases[] = {
+        {"1+2", "1E 01 00 1E 02 00 03"},
+        {"65535", "1E FF FF"},
+        {"SUM(A1:B2)", "25 00 00 01 00 00 C0 01 C0 42 01 04 00"},
+        {"ABS(A1)", "44 00 00 00 C0 42 01 18 00"},
+        {"ROW(A1)", "24 00 00 00 C0 42 01 08 00"},
+        {"TODAY()", "19 01 00 00 41 DD 00"},
+        {"\"x\"", "17 01 01 78 00"},
+    };
+    int row = 0;
+    for (const auto& c : cases) {
+        ASSERT_TRUE(sheet->writeFormula(row, 0, S<TypeParam>(c.text).c_str())) << c.text << ": " << this->book->errorMessage();
+        EXPECT_EQ(c.bytes, this->tokens(row, 0)) << c.text;
+        ++row;
+    }
+    ASSERT_TRUE(sheet->writeFormula(row, 0, S<TypeParam>("OFFSET(A1,1,1)").c_str()));
+    std::string offset = this->tokens(row, 0);
+    EXPECT_EQ("22 03 4E 00", offset.substr(offset.size() - 11));
+}
+
+TYPED_TEST(FormulaCellsTest, TextReadsBack) {
+    auto* sheet = this->sheet;
+    struct {
+        const char* in;
+        const char* out;
+    } cases[] = {
+        {"SUM(A1,B1)", "SUM(A1;B1)"},       {"(1+2)*3", "(1+2)*3"},        {"$A$1*2", "$A$1*2"},
+        {"IF(A1>0,\"yes\",\"no\")", "IF(A1>0;\"yes\";\"no\")"},          {"-A1+B2^2", "-A1+B2^2"},
+        {"'My Sheet'!A1+Calc!B2", "'My Sheet'!A1+Calc!B2"}, {"SUM('My Sheet'!A1:B3)", "SUM('My Sheet'!A1:B3)"},
+        {"A1&\" kg\"", "A1&\" kg\""},
+    };
+    int row = 0;
+    for (const auto& c : cases) {
+        ASSERT_TRUE(sheet->writeFormula(row, 2, S<TypeParam>(c.in).c_str())) << c.in << ": " << this->book->errorMessage();
+        const TypeParam* text = sheet->readFormula(row, 2);
+        ASSERT_TRUE(text) << this->book->errorMessage();
+        EXPECT_EQ(S<TypeParam>(c.out), text) << c.in;
+        EXPECT_TRUE(sheet->isFormula(row, 2));
+        EXPECT_EQ(CellNumber, sheet->cellType(row, 2));
+        EXPECT_EQ(0, sheet->readNum(row, 2));
+        ++row;
+    }
+    // Two references to the same sheet share one XTI; the text survives a save.
+    const char* data = nullptr;
+    unsigned size = 0;
+    ASSERT_TRUE(this->book->saveRaw(&data, &size)) << this->book->errorMessage();
+    auto copy = newBook<TypeParam>();
+    ASSERT_TRUE(copy->loadRaw(data, size)) << copy->errorMessage();
+    EXPECT_EQ(S<TypeParam>("'My Sheet'!A1+Calc!B2"), copy->getSheet(0)->readFormula(5, 2));
+    EXPECT_EQ(S<TypeParam>("SUM(A1;B1)"), copy->getSheet(0)->readFormula(0, 2));
+}
+
+TYPED_TEST(FormulaCellsTest, ErrorsOfTheEncoder) {
+    auto* sheet = this->sheet;
+    struct {
+        const char* text;
+        const char* message;
+    } cases[] = {
+        {"MyName", "incorrect token in formula"},
+        {"A0", "Row is out of range"},
+        {"Nowhere!A1", "sheet is not found"},
+        {"IV1+IW1", "Column is out of range"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_FALSE(sheet->writeFormula(0, 0, S<TypeParam>(c.text).c_str())) << c.text;
+        EXPECT_STREQ(c.message, this->book->errorMessage()) << c.text;
+        EXPECT_EQ(CellEmpty, sheet->cellType(0, 0));
+    }
+    EXPECT_EQ(nullptr, sheet->readFormula(1, 1));
+    EXPECT_STREQ("cell doesn't contain a formula", this->book->errorMessage());
+}
+
+TYPED_TEST(FormulaCellsTest, R1C1NotationOnBothSides) {
+    this->book->setRefR1C1(true);
+    auto* sheet = this->sheet;
+    ASSERT_TRUE(sheet->writeFormula(2, 1, S<TypeParam>("R[-1]C+R1C1").c_str())) << this->book->errorMessage();
+    EXPECT_EQ(S<TypeParam>("R[-1]C+R1C1"), sheet->readFormula(2, 1));
+    this->book->setRefR1C1(false);
+    EXPECT_EQ(S<TypeParam>("B2+$A$1"), sheet->readFormula(2, 1));
+}
