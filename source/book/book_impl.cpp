@@ -251,6 +251,7 @@ ISheetT<T>* BookImplT<T>::insertSheet(int index, const T* name, ISheetT<T>* init
             setActiveSheet(active + 1);
         else
             setActiveSheet(active);
+        followSheetList(index, true);
         _rrTabId.clear();
         for (size_t i = 0; i < _sheets.size(); ++i) _rrTabId.push_back(static_cast<uint16_t>(i + 1));
         return result;
@@ -293,6 +294,7 @@ bool BookImplT<T>::delSheet(int index) {
         delete sheet;
         _sheets.erase(_sheets.begin() + index);
         _boundSheets.erase(_boundSheets.begin() + index);
+        followSheetList(index, false);
         int active = activeSheet();
         int last = static_cast<int>(_sheets.size()) - 1;
         setActiveSheet(active < last ? active : last);

@@ -177,6 +177,7 @@ public:
     std::wstring referenceName(uint16_t ixti) const override;
     std::wstring definedName(uint32_t index) const override;
     uint16_t makeXti(const std::wstring& sheet) override;
+    void followSheetList(int index, bool inserted);
     // Tab range of a sheet name or "First:Last", quotes removed; throws "sheet is not found".
     void getIndexesByName(const std::wstring& name, int& first, int& last) const;
 

@@ -154,6 +154,67 @@ uint16_t BookImplT<T>::makeXti(const std::wstring& sheet) {
     return found;
 }
 
+// After a sheet is inserted at or removed from index, names and the external sheet table of this
+// book's own SupBook follow the sheets they meant.
+template <class T>
+void BookImplT<T>::followSheetList(int index, bool inserted) {
+    auto u16 = [](const std::vector<uint8_t>& p, size_t at) { return static_cast<int>(p[at] | p[at + 1] << 8); };
+    auto set16 = [](std::vector<uint8_t>& p, size_t at, int v) {
+        p[at] = static_cast<uint8_t>(v);
+        p[at + 1] = static_cast<uint8_t>(v >> 8);
+    };
+    // Names that belong to a sheet carry its tab + 1.
+    int noted = -1;
+    for (size_t i = 0; i < _lbls.size(); ++i) {
+        if (_lbls[i].empty() || _lbls[i].front().payload.size() < 10) continue;
+        std::vector<uint8_t>& p = _lbls[i].front().payload;
+        int itab = u16(p, 8);
+        if (inserted) {
+            if (itab >= index + 1) set16(p, 8, itab + 1);
+        } else if (itab == index + 1) {
+            noted = static_cast<int>(i);
+        } else if (itab > index + 1) {
+            set16(p, 8, itab - 1);
+        }
+    }
+    if (noted >= 0) _lbls.erase(_lbls.begin() + noted);
+    int self = -1;
+    for (size_t i = 0; i < _supBookBlocks.size() && self < 0; ++i) {
+        auto& head = _supBookBlocks[i].front();
+        if (head.id == 430 && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
+            self = static_cast<int>(i);
+            set16(head.payload, 0, static_cast<int>(_sheets.size()));
+        }
+    }
+    if (self < 0) return;
+    for (auto& block : _supBookBlocks) {
+        for (auto& record : block) {
+            if (record.id != 23 || record.payload.size() < 2) continue;
+            size_t count = std::min<size_t>(u16(record.payload, 0), (record.payload.size() - 2) / 6);
+            for (size_t k = 0; k < count; ++k) {
+                size_t at = 2 + 6 * k;
+                if (u16(record.payload, at) != self) continue;
+                int first = static_cast<int16_t>(u16(record.payload, at + 2));
+                int last = static_cast<int16_t>(u16(record.payload, at + 4));
+                if (inserted) {
+                    if (first >= index) {
+                        ++first;
+                        ++last;
+                    } else if (last >= index) {
+                        ++last;
+                    }
+                } else {
+                    if (index >= first && index <= last) first = last = -1;
+                    if (first > index) --first;
+                    if (last > index) --last;
+                }
+                set16(record.payload, at + 2, first);
+                set16(record.payload, at + 4, last);
+            }
+        }
+    }
+}
+
 template <class T>
 std::wstring BookImplT<T>::definedName(uint32_t index) const {
     static const wchar_t* builtIn[] = {L"Consolidate_Area", L"Auto_Open", L"Auto_Close", L"Extract", L"Database",
@@ -683,6 +744,7 @@ void BookImplT<T>::saveTo(std::iostream& stream) {
     template std::wstring BookImplT<T>::referenceName(uint16_t) const;         \
     template std::wstring BookImplT<T>::definedName(uint32_t) const;           \
     template uint16_t BookImplT<T>::makeXti(const std::wstring&);               \
+    template void BookImplT<T>::followSheetList(int, bool);                     \
     template void BookImplT<T>::getIndexesByName(const std::wstring&, int&, int&) const; \
     template void BookImplT<T>::saveTo(std::iostream&);
 ZELVAR_INSTANTIATE(char)

@@ -118,3 +118,12 @@ TYPED_TEST(FormulaCellsTest, R1C1NotationOnBothSides) {
     this->book->setRefR1C1(false);
     EXPECT_EQ(S<TypeParam>("B2+$A$1"), sheet->readFormula(2, 1));
 }
+
+TYPED_TEST(FormulaCellsTest, ReferencesFollowInsertedAndDeletedSheets) {
+    auto* sheet = this->sheet;
+    ASSERT_TRUE(sheet->writeFormula(0, 0, S<TypeParam>("'My Sheet'!B2*2").c_str()));
+    ASSERT_TRUE(this->book->insertSheet(0, S<TypeParam>("Front").c_str()));
+    EXPECT_EQ(S<TypeParam>("'My Sheet'!B2*2"), sheet->readFormula(0, 0));
+    ASSERT_TRUE(this->book->delSheet(2));  // "My Sheet"
+    EXPECT_EQ(S<TypeParam>("#REF!B2*2"), sheet->readFormula(0, 0));
+}
