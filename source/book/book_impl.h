@@ -178,6 +178,10 @@ public:
     std::wstring definedName(uint32_t index) const override;
     uint16_t makeXti(const std::wstring& sheet) override;
     void followSheetList(int index, bool inserted);
+    // Defined names, each its Lbl record with any CONTINUE records, as carried in the file.
+    std::vector<std::vector<Biff<T>>>& lblRef() { return _lbls; }
+    // Whether the name's external sheet index lies in this book's own table and covers tab.
+    bool xtiCoversTab(uint16_t ixti, int tab) const;
     // Tab range of a sheet name or "First:Last", quotes removed; throws "sheet is not found".
     void getIndexesByName(const std::wstring& name, int& first, int& last) const;
 

@@ -216,6 +216,28 @@ void BookImplT<T>::followSheetList(int index, bool inserted) {
 }
 
 template <class T>
+bool BookImplT<T>::xtiCoversTab(uint16_t ixti, int tab) const {
+    int self = -1;
+    for (size_t i = 0; i < _supBookBlocks.size() && self < 0; ++i) {
+        const auto& head = _supBookBlocks[i].front();
+        if (head.id == 430 && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4)
+            self = static_cast<int>(i);
+    }
+    if (self < 0) return false;
+    for (const auto& block : _supBookBlocks) {
+        for (const auto& record : block) {
+            if (record.id != 23 || record.payload.size() < 2) continue;
+            size_t count = std::min<size_t>(record.payload[0] | record.payload[1] << 8, (record.payload.size() - 2) / 6);
+            if (ixti >= count) return false;
+            const uint8_t* x = record.payload.data() + 2 + 6 * ixti;
+            int first = static_cast<int16_t>(x[2] | x[3] << 8), last = static_cast<int16_t>(x[4] | x[5] << 8);
+            return (x[0] | x[1] << 8) == self && tab >= first && tab <= last;
+        }
+    }
+    return false;
+}
+
+template <class T>
 std::wstring BookImplT<T>::definedName(uint32_t index) const {
     static const wchar_t* builtIn[] = {L"Consolidate_Area", L"Auto_Open", L"Auto_Close", L"Extract", L"Database",
                                        L"Criteria", L"Print_Area", L"Print_Titles", L"Recorder", L"Data_Form",
@@ -745,6 +767,7 @@ void BookImplT<T>::saveTo(std::iostream& stream) {
     template std::wstring BookImplT<T>::definedName(uint32_t) const;           \
     template uint16_t BookImplT<T>::makeXti(const std::wstring&);               \
     template void BookImplT<T>::followSheetList(int, bool);                     \
+    template bool BookImplT<T>::xtiCoversTab(uint16_t, int) const;              \
     template void BookImplT<T>::getIndexesByName(const std::wstring&, int&, int&) const; \
     template void BookImplT<T>::saveTo(std::iostream&);
 ZELVAR_INSTANTIATE(char)

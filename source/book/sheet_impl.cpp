@@ -735,26 +735,6 @@ template <class T>
 void SheetImplT<T>::setPicture(int, int, int, double, int, int) { ZV_NOT_IMPLEMENTED(); }
 template <class T>
 void SheetImplT<T>::setPicture2(int, int, int, int, int, int, int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-void SheetImplT<T>::setPrintRepeatRows(int, int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-void SheetImplT<T>::setPrintRepeatCols(int, int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-void SheetImplT<T>::setPrintArea(int, int, int, int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-void SheetImplT<T>::clearPrintRepeats() { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-void SheetImplT<T>::clearPrintArea() { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-bool SheetImplT<T>::getNamedRange(const T*, int*, int*, int*, int*) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::setNamedRange(const T*, int, int, int, int) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-bool SheetImplT<T>::delNamedRange(const T*) { ZV_NOT_IMPLEMENTED(false); }
-template <class T>
-int SheetImplT<T>::namedRangeSize() const { return 0; }
-template <class T>
-const T* SheetImplT<T>::namedRange(int, int*, int*, int*, int*) { return notImplemented(); }
 #undef ZV_NOT_IMPLEMENTED
 
 template class SheetImplT<char>;

@@ -221,6 +221,12 @@ private:
     void shiftNotes(int first, int count, bool isRow, bool insert);
     void insertMerges(int first, int last, bool isRow);
     void removeMerges(int first, int last, bool isRow);
+    struct NameView;
+    bool readName(const Biff<T>& lbl, NameView& view) const;
+    Biff<T>* findName(const std::wstring& name, bool builtIn, int number);
+    void addName(const std::wstring& name, bool builtIn, const std::vector<uint8_t>& tokens);
+    void setBuiltInArea(int number, int rowFirst, int rowLast, int colFirst, int colLast, bool rows);
+    void clearBuiltIn(int number);
     void readRecord(XlsStream& xls, uint16_t type, uint16_t size);
     void readPageSetup(XlsStream& xls, uint16_t type, uint16_t size);
     void readFormulaBlock(XlsStream& xls, uint16_t size);
@@ -283,6 +289,7 @@ private:
     SheetIndex _sheetIndex;
     mutable StringKeeper<T> _keeper;
     std::wstring _formulaText;
+    std::wstring _nameText;
     bool _refA1 = true;
     mutable bool _dimensionsDirty = false;
 };

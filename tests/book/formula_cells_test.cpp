@@ -127,3 +127,48 @@ TYPED_TEST(FormulaCellsTest, ReferencesFollowInsertedAndDeletedSheets) {
     ASSERT_TRUE(this->book->delSheet(2));  // "My Sheet"
     EXPECT_EQ(S<TypeParam>("#REF!B2*2"), sheet->readFormula(0, 0));
 }
+
+TYPED_TEST(FormulaCellsTest, NamedRangesPrintAreaAndTitles) {
+    auto* sheet = this->sheet;
+    EXPECT_FALSE(sheet->setNamedRange(S<TypeParam>("bad name").c_str(), 0, 1, 0, 1));
+    EXPECT_STREQ("space symbol isn't allowed", this->book->errorMessage());
+    ASSERT_TRUE(sheet->setNamedRange(S<TypeParam>("Prices").c_str(), 1, 10, 2, 3)) << this->book->errorMessage();
+    ASSERT_TRUE(sheet->setNamedRange(S<TypeParam>("Prices").c_str(), 2, 20, 2, 4));  // moves it
+    EXPECT_EQ(1, sheet->namedRangeSize());
+    int rf = -1, rl = -1, cf = -1, cl = -1;
+    ASSERT_TRUE(sheet->getNamedRange(S<TypeParam>("Prices").c_str(), &rf, &rl, &cf, &cl));
+    EXPECT_EQ(2, rf);
+    EXPECT_EQ(20, rl);
+    EXPECT_EQ(2, cf);
+    EXPECT_EQ(4, cl);
+    EXPECT_FALSE(sheet->getNamedRange(S<TypeParam>("Missing").c_str(), &rf, &rl, &cf, &cl));
+    EXPECT_STREQ("named range is not found", this->book->errorMessage());
+    sheet->setPrintArea(0, 30, 0, 5);
+    sheet->setPrintRepeatRows(0, 1);
+    EXPECT_EQ(3, sheet->namedRangeSize());
+    // Titles of rows and columns make a union, which is no single range.
+    sheet->setPrintRepeatCols(0, 0);
+    EXPECT_EQ(2, sheet->namedRangeSize());
+    EXPECT_EQ(S<TypeParam>("Print_Area"), sheet->namedRange(1, &rf, &rl, &cf, &cl));
+    EXPECT_EQ(30, rl);
+    EXPECT_EQ(nullptr, sheet->namedRange(5, &rf, &rl, &cf, &cl));
+    EXPECT_STREQ("index is out of range", this->book->errorMessage());
+
+    // The names survive a save and an independent reader sees them.
+    const char* data = nullptr;
+    unsigned size = 0;
+    ASSERT_TRUE(this->book->saveRaw(&data, &size));
+    auto copy = newBook<TypeParam>();
+    ASSERT_TRUE(copy->loadRaw(data, size)) << copy->errorMessage();
+    ISheetT<TypeParam>* again = copy->getSheet(0);
+    ASSERT_TRUE(again->getNamedRange(S<TypeParam>("Prices").c_str(), &rf, &rl, &cf, &cl));
+    EXPECT_EQ(20, rl);
+    EXPECT_TRUE(again->delNamedRange(S<TypeParam>("Prices").c_str()));
+    again->clearPrintArea();
+    again->clearPrintRepeats();
+    EXPECT_EQ(0, again->namedRangeSize());
+    // A sheet-level name goes with its sheet.
+    ASSERT_TRUE(sheet->setNamedRange(S<TypeParam>("Local").c_str(), 0, 0, 0, 0));
+    ASSERT_TRUE(this->book->delSheet(0));
+    EXPECT_EQ(0, this->book->getSheet(0)->namedRangeSize());
+}
