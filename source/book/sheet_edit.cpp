@@ -158,6 +158,7 @@ bool SheetImplT<T>::insertRow(int rowFirst, int rowLast) {
         }
         for (int row = std::max(rowFirst, 0); row <= rowLast && row <= 65535; ++row)
             if (!setRow(row, 12.75, nullptr, false)) throw zverror(_book->errorMessage());
+        updateNamedRange(rowFirst, rowLast, true, true);
         _dimensionsDirty = true;
         return true;
     });
@@ -225,6 +226,7 @@ bool SheetImplT<T>::removeRow(int rowFirst, int rowLast) {
         }
         shiftNotes(rowFirst, count, true, false);
         removeMerges(rowFirst, rowLast, true);
+        updateNamedRange(rowFirst, rowLast, true, false);
         _dimensionsDirty = true;
         return true;
     });

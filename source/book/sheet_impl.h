@@ -227,6 +227,7 @@ private:
     void addName(const std::wstring& name, bool builtIn, const std::vector<uint8_t>& tokens);
     void setBuiltInArea(int number, int rowFirst, int rowLast, int colFirst, int colLast, bool rows);
     void clearBuiltIn(int number);
+    void updateNamedRange(int first, int last, bool isRow, bool isInsert);
     void readRecord(XlsStream& xls, uint16_t type, uint16_t size);
     void readPageSetup(XlsStream& xls, uint16_t type, uint16_t size);
     void readFormulaBlock(XlsStream& xls, uint16_t size);

@@ -1,5 +1,6 @@
 // Defined names of a binary sheet: named ranges, the print area and print titles. Names are Lbl
 // records whose tokens point through the book's own external sheet table at this sheet.
+#include <algorithm>
 #include <cstring>
 
 #include "book/book_impl.h"
@@ -280,7 +281,35 @@ void SheetImplT<T>::clearPrintArea() {
     _book->guardVoid([&] { clearBuiltIn(6); });
 }
 
+// After rows are inserted or removed, names of single areas and cells on this sheet move down.
+// Removing rows raises a single cell's row as well, as inserting does; whole-column areas stay.
+template <class T>
+void SheetImplT<T>::updateNamedRange(int first, int last, bool isRow, bool isInsert) {
+    const int count = last - first + 1;
+    int tab = _book->getTabIndex(this);
+    NameView view;
+    for (auto& lbl : _book->lblRef()) {
+        if (lbl.empty() || !readName(lbl.front(), view)) continue;
+        std::vector<uint8_t>& p = lbl.front().payload;
+        uint8_t* t = p.data() + view.tokensAt;
+        if (view.cce < 3 || !_book->xtiCoversTab(static_cast<uint16_t>(get16(t + 1)), tab)) continue;
+        if (t[0] == 0x3B && view.cce == 11) {
+            unsigned rwFirst = get16(t + 3), rwLast = get16(t + 5);
+            if (isRow && isInsert && !(rwFirst == 0 && rwLast == 65535)) {
+                if (first <= static_cast<int>(rwLast)) rwLast += count;
+                if (first <= static_cast<int>(rwFirst)) rwFirst += count;
+                put16(p, view.tokensAt + 3, std::min(rwFirst, 65535u));
+                put16(p, view.tokensAt + 5, std::min(rwLast, 65535u));
+            }
+        } else if (t[0] == 0x3A && view.cce == 7) {
+            unsigned row = get16(t + 3);
+            if (isRow && first <= static_cast<int>(row)) put16(p, view.tokensAt + 3, std::min(row + count, 65535u));
+        }
+    }
+}
+
 #define ZELVAR_INSTANTIATE(T)                                                              \
+    template void SheetImplT<T>::updateNamedRange(int, int, bool, bool);                   \
     template bool SheetImplT<T>::setNamedRange(const T*, int, int, int, int);              \
     template bool SheetImplT<T>::getNamedRange(const T*, int*, int*, int*, int*);          \
     template bool SheetImplT<T>::delNamedRange(const T*);                                  \

@@ -172,3 +172,17 @@ TYPED_TEST(FormulaCellsTest, NamedRangesPrintAreaAndTitles) {
     ASSERT_TRUE(this->book->delSheet(0));
     EXPECT_EQ(0, this->book->getSheet(0)->namedRangeSize());
 }
+
+TYPED_TEST(FormulaCellsTest, NamesFollowInsertedRows) {
+    auto* sheet = this->sheet;
+    ASSERT_TRUE(sheet->setNamedRange(S<TypeParam>("Block").c_str(), 4, 8, 0, 1));
+    ASSERT_TRUE(sheet->insertRow(2, 3));
+    int rf = -1, rl = -1, cf = -1, cl = -1;
+    ASSERT_TRUE(sheet->getNamedRange(S<TypeParam>("Block").c_str(), &rf, &rl, &cf, &cl));
+    EXPECT_EQ(6, rf);
+    EXPECT_EQ(10, rl);
+    // Removing rows leaves areas alone.
+    ASSERT_TRUE(sheet->removeRow(0, 0));
+    ASSERT_TRUE(sheet->getNamedRange(S<TypeParam>("Block").c_str(), &rf, &rl, &cf, &cl));
+    EXPECT_EQ(6, rf);
+}
