@@ -57,6 +57,59 @@ const wchar_t* SheetImplT<wchar_t>::tc(const wchar_t* text) const {
     return text;
 }
 
+namespace {
+// Whether a formula's tokens are only a reference to a group's master cell, and which.
+bool isExp(const std::vector<uint8_t>& tokens, unsigned& row, unsigned& col) {
+    if (tokens.size() < 7 || (tokens[0] | tokens[1] << 8) != 5 || tokens[2] != 0x01) return false;
+    row = tokens[3] | tokens[4] << 8;
+    col = tokens[5] | tokens[6] << 8;
+    return true;
+}
+void setExp(std::vector<uint8_t>& tokens, unsigned row, unsigned col) {
+    std::vector<uint8_t> rest(tokens.size() > 7 ? tokens.begin() + 7 : tokens.end(), tokens.end());
+    tokens = {5, 0, 0x01, static_cast<uint8_t>(row), static_cast<uint8_t>(row >> 8), static_cast<uint8_t>(col),
+              static_cast<uint8_t>(col >> 8)};
+    tokens.insert(tokens.end(), rest.begin(), rest.end());
+}
+}  // namespace
+
+template <class T>
+void SheetImplT<T>::delSharedFormula(int row, int col) {
+    uint32_t e = _sheetIndex.get(static_cast<unsigned>(row), static_cast<unsigned>(col));
+    if (!e || SheetIndex::kind(e) != KindFormula) return;
+    FormulaBlock& master = _formulas[SheetIndex::position(e)];
+    unsigned mr = 0, mc = 0;
+    if (!isExp(master.formula.tokens, mr, mc) || mr != static_cast<unsigned>(row) || mc != static_cast<unsigned>(col))
+        return;
+    if (!master.shared || master.shrFmla.size() < 6) return;
+    const std::vector<uint8_t>& range = master.shrFmla;
+    unsigned rwFirst = range[0] | range[1] << 8, rwLast = range[2] | range[3] << 8;
+    unsigned colFirst = range[4], colLast = range[5];
+    bool moved = false;
+    unsigned newRow = 0, newCol = 0;
+    for (unsigned r = rwFirst; r <= rwLast && r < SheetIndex::kRows; ++r) {
+        for (unsigned c = colFirst; c <= colLast && c < SheetIndex::kCols; ++c) {
+            if (r == static_cast<unsigned>(row) && c == static_cast<unsigned>(col)) continue;
+            uint32_t other = _sheetIndex.get(r, c);
+            if (!other || SheetIndex::kind(other) != KindFormula) continue;
+            FormulaBlock& cell = _formulas[SheetIndex::position(other)];
+            unsigned er = 0, ec = 0;
+            if (!isExp(cell.formula.tokens, er, ec) || er != static_cast<unsigned>(row) || ec != static_cast<unsigned>(col))
+                continue;
+            if (!moved) {
+                // The first cell of the group takes the shared formula and becomes its master.
+                FormulaBlock& source = _formulas[SheetIndex::position(e)];
+                cell.shared = true;
+                cell.shrFmla = source.shrFmla;
+                newRow = r;
+                newCol = c;
+                moved = true;
+            }
+            setExp(cell.formula.tokens, newRow, newCol);
+        }
+    }
+}
+
 template <class T>
 uint16_t SheetImplT<T>::getFormatID(unsigned row, unsigned col) const {
     uint32_t e = _sheetIndex.get(row & 0xFFFF, col & 0xFF);

@@ -203,7 +203,8 @@ private:
     // XF index for a write: the given format's position, or the cell's present one.
     uint16_t formatForWrite(int row, int col, IFormatT<T>* format) const;
     IFormatT<T>* formatAt(uint16_t xf) const;
-    void delSharedFormula(int row, int col) {}
+    // Before the master cell of a shared formula is overwritten, the group's next cell takes over.
+    void delSharedFormula(int row, int col);
     uint32_t entryAt(int row, int col) const { return _sheetIndex.get(row, col); }
     const T* notImplemented() const;
 

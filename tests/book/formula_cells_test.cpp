@@ -186,3 +186,26 @@ TYPED_TEST(FormulaCellsTest, NamesFollowInsertedRows) {
     ASSERT_TRUE(sheet->getNamedRange(S<TypeParam>("Block").c_str(), &rf, &rl, &cf, &cl));
     EXPECT_EQ(6, rf);
 }
+
+// A real file with shared formulas: overwriting a group's master hands the group on.
+TEST(SharedFormulas, OverwrittenMasterHandsTheGroupOn) {
+    IBookT<char>* book = zvCreateBookA();
+    std::string path = std::string(ZELVAR_SOURCE_DIR) + "/tests/data/biff/shared-formulas.xls";
+    ASSERT_TRUE(book->load(path.c_str())) << book->errorMessage();
+    ISheetT<char>* sheet = book->getSheet(0);
+    ASSERT_STREQ("2+2", sheet->readFormula(3, 1));
+    ASSERT_TRUE(sheet->writeNum(3, 0, 5));
+    EXPECT_EQ(5, sheet->readNum(3, 0));
+    EXPECT_STREQ("2+2", sheet->readFormula(3, 1));
+    EXPECT_STREQ("2+2", sheet->readFormula(3, 8));
+    const char* data = nullptr;
+    unsigned size = 0;
+    ASSERT_TRUE(book->saveRaw(&data, &size));
+    IBookT<char>* copy = zvCreateBookA();
+    ASSERT_TRUE(copy->loadRaw(data, size)) << copy->errorMessage();
+    EXPECT_STREQ("2+2", copy->getSheet(0)->readFormula(3, 1));
+    EXPECT_STREQ("2+2", copy->getSheet(0)->readFormula(3, 8));
+    EXPECT_STREQ("1+1", copy->getSheet(0)->readFormula(1, 0));
+    copy->release();
+    book->release();
+}
