@@ -181,9 +181,11 @@ std::wstring word(Stream& s, bool biff5, const FormulaNames& names, bool shared,
             uint8_t count = s.u8();
             uint16_t code = s.u16();
             if (code & 0x8000) return L"?";
+            // A call of a function outside the table: its name is the first argument.
+            if (code == 255 && count > 0) return L"?UDF" + std::to_wstring(count) + L"F";
             return funcs.name(code, nullptr) + std::to_wstring(count) + L"F";
         }
-        case 67: {
+        case 35: case 67: case 99: {
             uint32_t index = s.u32();
             return names.definedName(index);
         }
@@ -310,7 +312,16 @@ std::wstring GetFormula::toInfix(const std::wstring& rpn, const FuncMap& funcMap
             stack.back() = L"(" + stack.back() + L")";
         } else {
             int count = 0;
-            if (isFunc(w, name, count, funcMap)) {
+            if (w.rfind(L"?UDF", 0) == 0 && w.size() > 5 && w.back() == L'F') {
+                count = std::stoi(w.substr(4, w.size() - 5));
+                if (count < 1 || static_cast<size_t>(count) > stack.size())
+                    throw zverror("toInfix error: incorrect function expression");
+                size_t base = stack.size() - static_cast<size_t>(count);
+                std::wstring call = stack[base] + L"(";
+                for (size_t i = base + 1; i < stack.size(); ++i) call += (i > base + 1 ? L";" : L"") + stack[i];
+                stack.resize(base);
+                stack.push_back(call + L")");
+            } else if (isFunc(w, name, count, funcMap)) {
                 if (count < 0 || static_cast<size_t>(count) > stack.size())
                     throw zverror("toInfix error: incorrect function expression");
                 std::wstring args;

@@ -62,6 +62,8 @@ TEST(FormulaDecoder, ReferencesAndSheets) {
     // A deleted sheet: the area shows its columns only.
     EXPECT_EQ(L"#REF!A:B", decode({0x3B, 5, 0, 0, 0, 1, 0, 0x00, 0xC0, 0x01, 0xC0}));
     EXPECT_EQ(L"Rate*2", decode({0x43, 1, 0, 0, 0, 0x1E, 2, 0, 0x05}));
+    // A function outside the table is called through a name: Rate(A1;2).
+    EXPECT_EQ(L"Rate(A1;2)", decode({0x23, 1, 0, 0, 0, 0x24, 0, 0, 0, 0xC0, 0x1E, 2, 0, 0x42, 3, 0xFF, 0}));
 }
 
 TEST(FormulaDecoder, SharedFormulaOffsetsFollowTheAskingCell) {
