@@ -56,7 +56,7 @@ struct ct_typed_validation_spec {
 template <class T>
 inline const ct_typed_validation_spec<T> validation_spec_empty{};
 
-// Built-in lexical check of a value type when the spec names none; other types are checked by
+// Built-in lexical check of a value type when the validation spec names none; other types are checked by
 // their conversion.
 inline bool default_lexical_check(const bool*, const std::string& v) { return is_valid_bool(v); }
 template <class T>

@@ -71,7 +71,7 @@ public:
     template <class C>
     elmx_error marshal_attribute(const char* name, const C& member,
                                  const ct_typed_validation_spec<typename C::value_type>& spec);
-    // Required members: the value, or the spec's default, or error 46.
+    // Required members: the value, or the validation spec's default, or error 46.
     template <class C>
     elmx_error marshal_attribute_or_default(const char* name, const C& member,
                                             const ct_typed_validation_spec<typename C::value_type>& spec);
