@@ -191,4 +191,37 @@ private:
     std::vector<uint8_t> _data;
 };
 
+// Appends a record carried raw; the variant with continues also takes the CONTINUE records that
+// follow it, since they belong to it.
+template <class T>
+void readRaw(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
+    Biff<T> record(type);
+    record.read(xls, size);
+    into.push_back(std::move(record));
+}
+
+template <class T>
+void readRawWithContinues(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
+    readRaw(xls, type, size, into);
+    while (!xls.eof() && xls.peekInt16() == 0x003C) {
+        uint16_t id = 0, length = 0;
+        xls.readInt16(&id);
+        xls.readInt16(&length);
+        readRaw(xls, id, length, into);
+    }
+}
+
+// A record that holds one 16-bit value: read with its size check, or written.
+inline uint16_t readU16Record(XlsStream& xls, uint16_t size, const char* name) {
+    RecordReader in(xls, size, name);
+    uint16_t v = in.u16();
+    in.done();
+    return v;
+}
+
+inline void writeU16Record(XlsStream& xls, uint16_t id, uint16_t value) {
+    xls.write(id, 2);
+    xls.writeInt16(value);
+}
+
 }  // namespace zelvar

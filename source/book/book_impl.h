@@ -31,6 +31,9 @@ struct Bof {
     uint32_t bfh = 49353, sfo = 774;
 };
 
+Bof readBof(XlsStream& xls, uint16_t size);
+void writeBof(XlsStream& xls, const Bof& bof);
+
 struct Window1 {
     uint16_t xWn = 0, yWn = 15, dxWn = 16155, dyWn = 10230, flags = 56, itabCur = 0, itabFirst = 0,
              ctabSel = 1, wTabRatio = 600;
@@ -187,8 +190,6 @@ public:
 
 private:
     void readGlobal(uint16_t type, uint16_t size);
-    void readRaw(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into);
-    void takeContinues(std::vector<Biff<T>>& into);
     bool loadFrom(std::iostream& stream);
     void saveTo(std::iostream& stream);
     int addCustomNumFormatWide(const std::wstring& text);

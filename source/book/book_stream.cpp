@@ -12,22 +12,6 @@
 
 namespace zelvar {
 
-namespace {
-
-uint16_t readU16Record(XlsStream& xls, uint16_t size, const char* name) {
-    RecordReader in(xls, size, name);
-    uint16_t v = in.u16();
-    in.done();
-    return v;
-}
-
-void writeU16Record(XlsStream& xls, uint16_t id, uint16_t value) {
-    xls.write(id, 2);
-    xls.writeInt16(value);
-}
-
-}  // namespace
-
 // Text of old files is 8-bit in the book's code page; it was widened byte by byte.
 template <class T>
 void BookImplT<T>::decodeCodePage(std::wstring& text) const {
@@ -260,24 +244,6 @@ std::wstring BookImplT<T>::definedName(uint32_t index) const {
 }
 
 template <class T>
-void BookImplT<T>::readRaw(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
-    Biff<T> record(type);
-    record.read(xls, size);
-    into.push_back(std::move(record));
-}
-
-// CONTINUE records that follow a record carried raw belong to it.
-template <class T>
-void BookImplT<T>::takeContinues(std::vector<Biff<T>>& into) {
-    while (!_xls.eof() && _xls.peekInt16() == 0x003C) {
-        uint16_t type = 0, size = 0;
-        _xls.readInt16(&type);
-        _xls.readInt16(&size);
-        readRaw(_xls, type, size, into);
-    }
-}
-
-template <class T>
 void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
     XlsStream& xls = _xls;
     switch (type) {
@@ -291,8 +257,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
         case 19: _password = readU16Record(xls, size, "Password"); break;
         case 24: {
             std::vector<Biff<T>> name;
-            readRaw(xls, type, size, name);
-            takeContinues(name);
+            readRawWithContinues(xls, type, size, name);
             _lbls.push_back(std::move(name));
             break;
         }
@@ -449,8 +414,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
         }
         case 235:
             _drawingGroup.clear();
-            readRaw(xls, type, size, _drawingGroup);
-            takeContinues(_drawingGroup);
+            readRawWithContinues(xls, type, size, _drawingGroup);
             break;
         case 252: _sst.read(xls, size, &_pool); break;
         case 255: {
@@ -541,7 +505,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
     }
 }
 
-namespace {
+// Tolerant of short BOF records: any size that ends on a field boundary is good.
 Bof readBof(XlsStream& xls, uint16_t size) {
     RecordReader in(xls, size, "Bof");
     if (size > 16 || !(size == 2 || size == 4 || size == 6 || size == 8 || size == 12 || size == 16)) in.fail();
@@ -554,7 +518,17 @@ Bof readBof(XlsStream& xls, uint16_t size) {
     if (in.left()) bof.sfo = in.u32();
     return bof;
 }
-}  // namespace
+
+void writeBof(XlsStream& xls, const Bof& bof) {
+    RecordWriter w;
+    w.u16(bof.vers);
+    w.u16(bof.dt);
+    w.u16(bof.rupBuild);
+    w.u16(bof.rupYear);
+    w.u32(bof.bfh);
+    w.u32(bof.sfo);
+    w.write(xls, 2057);
+}
 
 template <class T>
 void BookImplT<T>::readStream() {
@@ -596,16 +570,7 @@ template <class T>
 void BookImplT<T>::writeStream() {
     XlsStream& xls = _xls;
     xls.writeHeader();
-    {
-        RecordWriter bof;
-        bof.u16(_bof.vers);
-        bof.u16(_bof.dt);
-        bof.u16(_bof.rupBuild);
-        bof.u16(_bof.rupYear);
-        bof.u32(_bof.bfh);
-        bof.u32(_bof.sfo);
-        bof.write(xls, 2057);
-    }
+    writeBof(xls, _bof);
     writeU16Record(xls, 225, _interfaceHdr);
     xls.write(193, 2);
     xls.write(reinterpret_cast<const char*>(_mms), 2);

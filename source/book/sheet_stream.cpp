@@ -11,25 +11,6 @@ namespace zelvar {
 
 namespace {
 
-uint16_t readU16(XlsStream& xls, uint16_t size, const char* name) {
-    RecordReader in(xls, size, name);
-    uint16_t v = in.u16();
-    in.done();
-    return v;
-}
-
-void writeU16(XlsStream& xls, uint16_t id, uint16_t value) {
-    xls.write(id, 2);
-    xls.writeInt16(value);
-}
-
-template <class T>
-void readRawInto(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
-    Biff<T> record(type);
-    record.read(xls, size);
-    into.push_back(std::move(record));
-}
-
 void writeRaw(XlsStream& xls, uint16_t id, const std::vector<uint8_t>& payload) {
     xls.write(id, reinterpret_cast<const char*>(payload.data()), static_cast<int>(payload.size()));
 }
@@ -81,25 +62,18 @@ void SheetImplT<T>::read(XlsStream& xls) {
                     uint16_t t = 0, n = 0;
                     if (xls.readInt16(&t) < 2) break;
                     xls.readInt16(&n);
-                    readRawInto(xls, t, n, _objects);
+                    readRaw(xls, t, n, _objects);
                     if (t == 2057) ++depth;
                     if (t == 10) --depth;
                 }
                 continue;
             }
-            RecordReader in(xls, size, "Bof");
-            if (size > 16 || !(size == 2 || size == 4 || size == 6 || size == 8 || size == 12 || size == 16)) in.fail();
-            _bof.vers = in.u16();
-            if (in.left()) _bof.dt = in.u16();
-            if (in.left()) _bof.rupBuild = in.u16();
-            if (in.left()) _bof.rupYear = in.u16();
-            if (in.left()) _bof.bfh = in.u32();
-            if (in.left()) _bof.sfo = in.u32();
+            _bof = readBof(xls, size);
             sawBof = true;
             continue;
         }
         if (_bof.dt != 16) {
-            readRawInto(xls, type, size, _unknownRecords);
+            readRaw(xls, type, size, _unknownRecords);
             continue;
         }
         readRecord(xls, type, size);
@@ -126,8 +100,8 @@ void SheetImplT<T>::readPageSetup(XlsStream& xls, uint16_t type, uint16_t size) 
                 (type == 20 ? _header : _footer) = text;
                 break;
             }
-            case 131: _hCenter = readU16(xls, size, "HCenter"); break;
-            case 132: _vCenter = readU16(xls, size, "VCenter"); break;
+            case 131: _hCenter = readU16Record(xls, size, "HCenter"); break;
+            case 132: _vCenter = readU16Record(xls, size, "VCenter"); break;
             case 38:
             case 39:
             case 40:
@@ -139,13 +113,7 @@ void SheetImplT<T>::readPageSetup(XlsStream& xls, uint16_t type, uint16_t size) 
                 break;
             }
             case 77:
-                readRawInto(xls, type, size, _pls);
-                while (!xls.eof() && xls.peekInt16() == 0x003C) {
-                    uint16_t t = 0, n = 0;
-                    xls.readInt16(&t);
-                    xls.readInt16(&n);
-                    readRawInto(xls, t, n, _pls);
-                }
+                readRawWithContinues(xls, type, size, _pls);
                 break;
             case 161: {
                 RecordReader in(xls, size, "Setup");
@@ -246,10 +214,10 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
     bool biff5 = _book->biff5();
     switch (type) {
         case 6: readFormulaBlock(xls, size); break;
-        case 12: _calcCount = readU16(xls, size, "CalcCount"); break;
-        case 13: _calcMode = readU16(xls, size, "CalcMode"); break;
-        case 15: _calcRefMode = readU16(xls, size, "CalcRefMode"); break;
-        case 17: _calcIter = readU16(xls, size, "CalcIter"); break;
+        case 12: _calcCount = readU16Record(xls, size, "CalcCount"); break;
+        case 13: _calcMode = readU16Record(xls, size, "CalcMode"); break;
+        case 15: _calcRefMode = readU16Record(xls, size, "CalcRefMode"); break;
+        case 17: _calcIter = readU16Record(xls, size, "CalcIter"); break;
         case 16: {
             RecordReader in(xls, size, "CalcDelta");
             if (size != 8) in.fail();
@@ -291,14 +259,14 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             in.done();
             break;
         }
-        case 28: readRawInto(xls, type, size, _noteShs); break;
-        case 29: readRawInto(xls, type, size, _selections); break;
-        case 42: _printRowCol = readU16(xls, size, "PrintRowCol"); break;
-        case 43: _printGrid = readU16(xls, size, "PrintGrid"); break;
-        case 85: _defColWidth = readU16(xls, size, "DefColWidth"); break;
-        case 95: _calcSaveRecalc = readU16(xls, size, "CalcSaveRecalc"); break;
-        case 129: _wsBool = readU16(xls, size, "WsBool"); break;
-        case 130: _gridSet = readU16(xls, size, "GridSet"); break;
+        case 28: readRaw(xls, type, size, _noteShs); break;
+        case 29: readRaw(xls, type, size, _selections); break;
+        case 42: _printRowCol = readU16Record(xls, size, "PrintRowCol"); break;
+        case 43: _printGrid = readU16Record(xls, size, "PrintGrid"); break;
+        case 85: _defColWidth = readU16Record(xls, size, "DefColWidth"); break;
+        case 95: _calcSaveRecalc = readU16Record(xls, size, "CalcSaveRecalc"); break;
+        case 129: _wsBool = readU16Record(xls, size, "WsBool"); break;
+        case 130: _gridSet = readU16Record(xls, size, "GridSet"); break;
         case 65: {
             RecordReader in(xls, size, "Pane");
             if (size < 9) in.fail();
@@ -317,7 +285,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
         case 2187: _plv.read(xls, size); break;
         case 2204: _headerFooter.read(xls, size); break;
         case 94:
-            _uncalced = readU16(xls, size, "Uncalced");
+            _uncalced = readU16Record(xls, size, "Uncalced");
             _hasUncalced = true;
             break;
         case 125: {
@@ -399,13 +367,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
         case 236:
         case 93:
         case 438:
-            readRawInto(xls, type, size, _objects);
-            while (!xls.eof() && xls.peekInt16() == 0x003C) {
-                uint16_t t = 0, n = 0;
-                xls.readInt16(&t);
-                xls.readInt16(&n);
-                readRawInto(xls, t, n, _objects);
-            }
+            readRawWithContinues(xls, type, size, _objects);
             break;
         case 239: {
             RecordReader in(xls, size, "PhoneticInfo");
@@ -540,7 +502,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             }
             break;
         }
-        default: readRawInto(xls, type, size, _unknownRecords); break;
+        default: readRaw(xls, type, size, _unknownRecords); break;
     }
 }
 
@@ -617,34 +579,29 @@ void SheetImplT<T>::writeCells(XlsStream& xls) {
 
 template <class T>
 void SheetImplT<T>::write(XlsStream& xls) {
-    {
-        RecordWriter bof;
-        bof.u16(_bof.vers), bof.u16(_bof.dt), bof.u16(_bof.rupBuild), bof.u16(_bof.rupYear);
-        bof.u32(_bof.bfh), bof.u32(_bof.sfo);
-        bof.write(xls, 2057);
-    }
+    writeBof(xls, _bof);
     if (_bof.dt != 16) {
         for (const auto& record : _unknownRecords) record.write(xls);
         xls.write(10, 0);
         return;
     }
-    if (_hasUncalced) writeU16(xls, 94, _uncalced);
+    if (_hasUncalced) writeU16Record(xls, 94, _uncalced);
     {
         RecordWriter w;
         w.u32(_indexReserved), w.u32(_indexRwMic), w.u32(_indexRwMac), w.u32(_indexIbXF);
         for (uint32_t p : _indexPositions) w.u32(p);
         w.write(xls, 523);
     }
-    writeU16(xls, 13, _calcMode);
-    writeU16(xls, 12, _calcCount);
-    writeU16(xls, 15, _calcRefMode);
-    writeU16(xls, 17, _calcIter);
+    writeU16Record(xls, 13, _calcMode);
+    writeU16Record(xls, 12, _calcCount);
+    writeU16Record(xls, 15, _calcRefMode);
+    writeU16Record(xls, 17, _calcIter);
     xls.write(16, 8);
     xls.writeDouble(_calcDelta);
-    writeU16(xls, 95, _calcSaveRecalc);
-    writeU16(xls, 42, _printRowCol);
-    writeU16(xls, 43, _printGrid);
-    writeU16(xls, 130, _gridSet);
+    writeU16Record(xls, 95, _calcSaveRecalc);
+    writeU16Record(xls, 42, _printRowCol);
+    writeU16Record(xls, 43, _printGrid);
+    writeU16Record(xls, 130, _gridSet);
     {
         RecordWriter w;
         for (uint16_t g : _guts) w.u16(g);
@@ -653,7 +610,7 @@ void SheetImplT<T>::write(XlsStream& xls) {
     xls.write(549, 4);
     xls.writeInt16(_defaultRowHeightFlags);
     xls.writeInt16(_defaultRowHeight);
-    writeU16(xls, 129, _wsBool);
+    writeU16Record(xls, 129, _wsBool);
     for (int kind = 0; kind < 2; ++kind) {
         const auto& breaks = kind == 0 ? _horizontalPageBreaks : _verticalPageBreaks;
         if (breaks.empty()) continue;
@@ -669,8 +626,8 @@ void SheetImplT<T>::write(XlsStream& xls) {
         if (!text.empty()) w.string16(text, false);
         w.write(xls, i == 0 ? 20 : 21);
     }
-    writeU16(xls, 131, _hCenter);
-    writeU16(xls, 132, _vCenter);
+    writeU16Record(xls, 131, _hCenter);
+    writeU16Record(xls, 132, _vCenter);
     for (int i = 0; i < 4; ++i) {
         if (!_marginSet[i]) continue;
         xls.write(static_cast<uint16_t>(38 + i), 8);
@@ -686,8 +643,8 @@ void SheetImplT<T>::write(XlsStream& xls) {
     }
     const uint16_t protectionIds[4] = {18, 221, 99, 19};
     for (int i = 0; i < 4; ++i)
-        if (_protectionSet[i]) writeU16(xls, protectionIds[i], _protection[i]);
-    writeU16(xls, 85, _defColWidth);
+        if (_protectionSet[i]) writeU16Record(xls, protectionIds[i], _protection[i]);
+    writeU16Record(xls, 85, _defColWidth);
     // Columns: runs of like entries, gaps between like columns closed.
     std::vector<ColInfo> cols = _colInfos;
     std::stable_sort(cols.begin(), cols.end(), [](const ColInfo& a, const ColInfo& b) { return a.colFirst < b.colFirst; });
