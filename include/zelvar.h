@@ -593,9 +593,10 @@ public:
     /* Compiles a formula (no leading "=") and stores it with a cached result of 0; nothing is
      * calculated. Other sheets are named as in Sheet2!A1 or 'My sheet'!A1:B2.
      * Fails with: "row must be in range 0-65535", "col must be in range 0-255", "formula mustn't
-     * be NULL", "specified format not found", "error in formula", "incorrect number of function
-     * parameters", "incorrect token in formula", "formula is too long", "too many external sheet
-     * references"; the cell stays as it was.
+     * be NULL", "specified format not found", "error in formula", "error: function parentheses not
+     * found", "incorrect number of function parameters", "incorrect token in formula" (also for a
+     * defined name or an unknown function), "sheet is not found", "formula is too long", "too many
+     * external sheet references"; the cell stays as it was.
      *     sheet->writeFormula(5, 0, "SUM(A1:A5)");
      *     sheet->writeFormula(6, 0, "IF(A6>100,\"high\",\"low\")", fmt); */
     virtual bool writeFormula(int row, int col, const T* value, IFormatT<T>* format = 0) = 0;
@@ -1045,12 +1046,12 @@ public:
      *     int r1, r2, c1, c2;
      *     if (sheet->getNamedRange("Prices", &r1, &r2, &c1, &c2)) printf("%d..%d\n", r1, r2); */
     virtual bool getNamedRange(const T* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast) = 0;
-    /* Defines a book-wide name for a block of this sheet, or moves an existing one; formulas can
-     * then use it, as in SUM(Prices).
+    /* Defines a book-wide name for a block of this sheet, or moves an existing one. Formulas that
+     * readers evaluate can use it; writeFormula doesn't compile names in this version.
      * Fails with: "space symbol isn't allowed", "incorrect name" for an empty name or one longer
      * than 255 characters, "too many external sheet references".
-     *     sheet->setNamedRange("Prices", 1, 10, 2, 2);
-     *     sheet->writeFormula(11, 2, "SUM(Prices)"); */
+     *     sheet->setNamedRange("Prices", 1, 10, 2, 2);  // C2:C11
+     *     sheet->setNamedRange("Prices", 1, 20, 2, 2);  // moved to C2:C21 */
     virtual bool setNamedRange(const T* name, int rowFirst, int rowLast, int colFirst, int colLast) = 0;
     /* Removes a name defined on this sheet.
      * Fails with: "named range is not found".
@@ -1120,8 +1121,8 @@ public:
                               bool* colRelative = 0) = 0;
     /* Makes an A1 address, with "$" before an absolute row or column, in the sheet's text buffer.
      * Fails with: "row must be in range 0-1048575", "col must be in range 0-16383".
-     *     const char* a = sheet->rowColToAddr(0, 26);  // "AA1"
-     *     const char* b = sheet->rowColToAddr(4, 1, false, false);  // "$B$5" */
+     *     puts(sheet->rowColToAddr(0, 26));  // AA1
+     *     puts(sheet->rowColToAddr(4, 1, false, false));  // $B$5 */
     virtual const T* rowColToAddr(int row, int col, bool rowRelative = true, bool colRelative = true) = 0;
     virtual ~ISheetT() {}
 };

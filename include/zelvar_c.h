@@ -439,9 +439,10 @@ ZELVAR_API const wchar_t* zvSheetReadFormulaW(SheetHandle handle, int row, int c
 /* Compiles a formula (no leading "=") and stores it with a cached result of 0; nothing is
  * calculated. Other sheets are named as in Sheet2!A1 or 'My sheet'!A1:B2.
  * Fails with: "row must be in range 0-65535", "col must be in range 0-255", "formula mustn't
- * be NULL", "specified format not found", "error in formula", "incorrect number of function
- * parameters", "incorrect token in formula", "formula is too long", "too many external sheet
- * references"; the cell stays as it was.
+ * be NULL", "specified format not found", "error in formula", "error: function parentheses not
+ * found", "incorrect number of function parameters", "incorrect token in formula" (also for a
+ * defined name or an unknown function), "sheet is not found", "formula is too long", "too many
+ * external sheet references"; the cell stays as it was.
  *     zvSheetWriteFormulaA(sheet, 5, 0, "SUM(A1:A5)", NULL);
  *     zvSheetWriteFormulaA(sheet, 6, 0, "IF(A6>100,\"high\",\"low\")", fmt); */
 ZELVAR_API int zvSheetWriteFormulaA(SheetHandle handle, int row, int col, const char* value, FormatHandle format);
@@ -968,12 +969,12 @@ ZELVAR_API void zvSheetClearPrintAreaW(SheetHandle handle);
  *     if (zvSheetGetNamedRangeA(sheet, "Prices", &r1, &r2, &c1, &c2)) printf("%d..%d\n", r1, r2); */
 ZELVAR_API int zvSheetGetNamedRangeA(SheetHandle handle, const char* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast);
 ZELVAR_API int zvSheetGetNamedRangeW(SheetHandle handle, const wchar_t* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast);
-/* Defines a book-wide name for a block of this sheet, or moves an existing one; formulas can
- * then use it, as in SUM(Prices).
+/* Defines a book-wide name for a block of this sheet, or moves an existing one. Formulas that
+ * readers evaluate can use it; writeFormula doesn't compile names in this version.
  * Fails with: "space symbol isn't allowed", "incorrect name" for an empty name or one longer
  * than 255 characters, "too many external sheet references".
- *     zvSheetSetNamedRangeA(sheet, "Prices", 1, 10, 2, 2);
- *     zvSheetWriteFormulaA(sheet, 11, 2, "SUM(Prices)", NULL); */
+ *     zvSheetSetNamedRangeA(sheet, "Prices", 1, 10, 2, 2);  // C2:C11
+ *     zvSheetSetNamedRangeA(sheet, "Prices", 1, 20, 2, 2);  // moved to C2:C21 */
 ZELVAR_API int zvSheetSetNamedRangeA(SheetHandle handle, const char* name, int rowFirst, int rowLast, int colFirst, int colLast);
 ZELVAR_API int zvSheetSetNamedRangeW(SheetHandle handle, const wchar_t* name, int rowFirst, int rowLast, int colFirst, int colLast);
 /* Removes a name defined on this sheet.
@@ -1055,8 +1056,8 @@ ZELVAR_API void zvSheetAddrToRowColA(SheetHandle handle, const char* addr, int* 
 ZELVAR_API void zvSheetAddrToRowColW(SheetHandle handle, const wchar_t* addr, int* row, int* col, int* rowRelative, int* colRelative);
 /* Makes an A1 address, with "$" before an absolute row or column, in the sheet's text buffer.
  * Fails with: "row must be in range 0-1048575", "col must be in range 0-16383".
- *     const char* a = zvSheetRowColToAddrA(sheet, 0, 26, 1, 1);  // "AA1"
- *     const char* b = zvSheetRowColToAddrA(sheet, 4, 1, 0, 0);  // "$B$5" */
+ *     puts(zvSheetRowColToAddrA(sheet, 0, 26, 1, 1));  // AA1
+ *     puts(zvSheetRowColToAddrA(sheet, 4, 1, 0, 0));  // $B$5 */
 ZELVAR_API const char* zvSheetRowColToAddrA(SheetHandle handle, int row, int col, int rowRelative, int colRelative);
 ZELVAR_API const wchar_t* zvSheetRowColToAddrW(SheetHandle handle, int row, int col, int rowRelative, int colRelative);
 
