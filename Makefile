@@ -4,11 +4,11 @@ BUILD ?= build
 ASAN_BUILD ?= build-asan
 FUZZ_BUILD ?= build-fuzz
 
-.PHONY: demo test deps build asan fuzz bench clean
+.PHONY: demo test check deps build asan fuzz bench clean
 
+# Builds and runs every program of examples/; each writes its workbook into $(BUILD)/examples/.
 demo: deps build
-	./$(BUILD)/quickstart $(BUILD)/quickstart.xls
-	./$(BUILD)/quickstart_c $(BUILD)/quickstart_c.xls
+	cmake --build $(BUILD) --target demo
 
 deps:
 	bash tools/install-deps.sh
@@ -18,14 +18,19 @@ build:
 	cmake --build $(BUILD) -j$(JOBS)
 
 test: deps build
-	ctest --test-dir $(BUILD) --output-on-failure -j$(JOBS)
+	ctest --test-dir $(BUILD) --output-on-failure --no-tests=error -j$(JOBS)
 	$(MAKE) asan
+
+# Builds and tests with what the machine already has: no package is installed. Tests whose
+# independent readers are missing say so and skip.
+check: build
+	ctest --test-dir $(BUILD) --output-on-failure --no-tests=error -j$(JOBS)
 
 asan:
 	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DZELVAR_SANITIZE=ON -DZELVAR_BENCH=OFF
 	cmake --build $(ASAN_BUILD) -j$(JOBS)
 	ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
-	  ctest --test-dir $(ASAN_BUILD) --output-on-failure -j$(JOBS)
+	  ctest --test-dir $(ASAN_BUILD) --output-on-failure --no-tests=error -j$(JOBS)
 
 fuzz: deps
 	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZELVAR_FUZZ=ON
