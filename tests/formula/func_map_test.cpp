@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cwchar>
 #include <cwctype>
 #include <set>
 
@@ -43,38 +44,50 @@ TEST(FuncMap, HoldsEveryFunctionNumberOnceExceptTheReservedOnes) {
 }
 
 TEST(FuncMap, LookupByNameIsExactAndCaseSensitive) {
-    EXPECT_EQ(table().code(L"SUM"), 4);
-    EXPECT_EQ(table().code(L"sum"), 255);
-    EXPECT_EQ(table().code(L"Sum"), 255);
-    EXPECT_EQ(table().code(L""), 255);
-    EXPECT_EQ(table().code(L"SUM "), 255);
-    EXPECT_EQ(table().code(L"COUNT"), 0);
-    EXPECT_EQ(table().code(L"LOG10"), 23);
-    EXPECT_EQ(table().code(L"GET.CHART.ITEM"), 160);
-    EXPECT_EQ(table().code(L"DAYS360"), 220);
-    EXPECT_EQ(table().code(L"SUMX2MY2"), 304);
-    EXPECT_EQ(table().code(L"RTD"), 379);
+    const struct { const wchar_t* name; int code; } cases[] = {
+        {L"SUM", 4},
+        {L"sum", 255},
+        {L"Sum", 255},
+        {L"", 255},
+        {L"SUM ", 255},
+        {L"COUNT", 0},
+        {L"LOG10", 23},
+        {L"GET.CHART.ITEM", 160},
+        {L"DAYS360", 220},
+        {L"SUMX2MY2", 304},
+        {L"RTD", 379},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.name, c.name + std::wcslen(c.name)));
+        EXPECT_EQ(table().code(c.name), c.code);
+    }
 }
 
 TEST(FuncMap, ReferenceMasks) {
     using Pair = std::pair<unsigned short, uint32_t>;
-    EXPECT_EQ(table().codeRef(L"SUM"), (Pair{4, 0x3FFFFFFF}));
-    EXPECT_EQ(table().codeRef(L"CHOOSE"), (Pair{100, 0x3FFFFFFE}));
-    EXPECT_EQ(table().codeRef(L"SUMIF"), (Pair{345, 0x5}));
-    EXPECT_EQ(table().codeRef(L"VLOOKUP"), (Pair{102, 0x6}));
-    EXPECT_EQ(table().codeRef(L"DGET"), (Pair{235, 0x7}));
-    EXPECT_EQ(table().codeRef(L"RANK"), (Pair{216, 0x2}));
-    EXPECT_EQ(table().codeRef(L"GETPIVOTDATA"), (Pair{358, 0x3}));
-    EXPECT_EQ(table().codeRef(L"NOTE"), (Pair{192, 0xE}));
-    EXPECT_EQ(table().codeRef(L"TREND"), (Pair{50, 0xF}));
-    EXPECT_EQ(table().codeRef(L"SERIES"), (Pair{92, 0x17}));
-    EXPECT_EQ(table().codeRef(L"FORMULA.CONVERT"), (Pair{241, 0x1E}));
-    EXPECT_EQ(table().codeRef(L"CREATE.OBJECT"), (Pair{236, 0x7FE}));
-    EXPECT_EQ(table().codeRef(L"ABS"), (Pair{24, 0}));
-    EXPECT_EQ(table().codeRef(L"unknown"), (Pair{255, 0}));
-    // OR takes references and AND doesn't: table content, kept as it is.
-    EXPECT_EQ(table().codeRef(L"AND"), (Pair{36, 0}));
-    EXPECT_EQ(table().codeRef(L"OR"), (Pair{37, 0x3FFFFFFF}));
+    const struct { const wchar_t* name; unsigned short code; uint32_t mask; } cases[] = {
+        {L"SUM", 4, 0x3FFFFFFF},
+        {L"CHOOSE", 100, 0x3FFFFFFE},
+        {L"SUMIF", 345, 0x5},
+        {L"VLOOKUP", 102, 0x6},
+        {L"DGET", 235, 0x7},
+        {L"RANK", 216, 0x2},
+        {L"GETPIVOTDATA", 358, 0x3},
+        {L"NOTE", 192, 0xE},
+        {L"TREND", 50, 0xF},
+        {L"SERIES", 92, 0x17},
+        {L"FORMULA.CONVERT", 241, 0x1E},
+        {L"CREATE.OBJECT", 236, 0x7FE},
+        {L"ABS", 24, 0},
+        {L"unknown", 255, 0},
+        // OR takes references and AND doesn't: table content, kept as it is.
+        {L"AND", 36, 0},
+        {L"OR", 37, 0x3FFFFFFF},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.name, c.name + std::wcslen(c.name)));
+        EXPECT_EQ(table().codeRef(c.name), (Pair{c.code, c.mask}));
+    }
 
     int withReferences = 0;
     for (const auto& row : table().table())
@@ -112,42 +125,60 @@ TEST(FuncMap, LookupByNumberGivesNameAndFixedCount) {
 }
 
 TEST(FuncMap, ParamCountCountsTheOutermostCall) {
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"()"), 0);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"( )"), 0);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"  (a)"), 1);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(a,b)"), 2);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(a;b)"), 2);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(a;b,c)"), 3);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(1,2),3"), 2);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(1,(2,3))"), 2);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(1,SUM(2,3),4)"), 3);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(\")\",1)"), 2);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"('a,b'!A1,c)"), 2);
-    // A quote of the other kind inside a string doesn't open anything.
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(\"it's\",1)"), 2);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"('My \"Sheet'!A1,1)"), 2);
+    const struct { const wchar_t* text; int count; } cases[] = {
+        {L"()", 0},
+        {L"( )", 0},
+        {L"  (a)", 1},
+        {L"(a,b)", 2},
+        {L"(a;b)", 2},
+        {L"(a;b,c)", 3},
+        {L"(1,2),3", 2},
+        {L"(1,(2,3))", 2},
+        {L"(1,SUM(2,3),4)", 3},
+        {L"(\")\",1)", 2},
+        {L"('a,b'!A1,c)", 2},
+        // A quote of the other kind inside a string doesn't open anything.
+        {L"(\"it's\",1)", 2},
+        {L"('My \"Sheet'!A1,1)", 2},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.text, c.text + std::wcslen(c.text)));
+        EXPECT_EQ(FuncMap::getFuncParamCount(c.text), c.count);
+    }
 }
 
 TEST(FuncMap, ParamCountKeepsItsRuleForEmptyArguments) {
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(a,)"), 2);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(a,b,)"), 3);
-    // A leading empty argument is undercounted, as required.
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(,b)"), 1);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(,)"), 1);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"(\"\")"), 1);
-    EXPECT_EQ(FuncMap::getFuncParamCount(L"((1))"), 1);
+    const struct { const wchar_t* text; int count; } cases[] = {
+        {L"(a,)", 2},
+        {L"(a,b,)", 3},
+        // A leading empty argument is undercounted, as required.
+        {L"(,b)", 1},
+        {L"(,)", 1},
+        {L"(\"\")", 1},
+        {L"((1))", 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.text, c.text + std::wcslen(c.text)));
+        EXPECT_EQ(FuncMap::getFuncParamCount(c.text), c.count);
+    }
 }
 
 TEST(FuncMap, ParamCountErrors) {
-    EXPECT_EQ(countError(L""), "error: function parentheses not found");
-    EXPECT_EQ(countError(L"(1,2"), "error: function parentheses not found");
-    EXPECT_EQ(countError(L"(1,(2)"), "error: function parentheses not found");
-    EXPECT_EQ(countError(L"(\")"), "error: function parentheses not found");
-    EXPECT_EQ(countError(L"   "), "error: function parentheses not found");
-    EXPECT_EQ(countError(L"+(1)"), "error: function name without open parenthesis");
-    EXPECT_EQ(countError(L")"), "error: function name without open parenthesis");
-    // The closing quote is an ordinary character, and comes before any parenthesis.
-    EXPECT_EQ(countError(L"\"x\"(1)"), "error: function name without open parenthesis");
+    const struct { const wchar_t* text; const char* message; } cases[] = {
+        {L"", "error: function parentheses not found"},
+        {L"(1,2", "error: function parentheses not found"},
+        {L"(1,(2)", "error: function parentheses not found"},
+        {L"(\")", "error: function parentheses not found"},
+        {L"   ", "error: function parentheses not found"},
+        {L"+(1)", "error: function name without open parenthesis"},
+        {L")", "error: function name without open parenthesis"},
+        // The closing quote is an ordinary character, and comes before any parenthesis.
+        {L"\"x\"(1)", "error: function name without open parenthesis"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.text, c.text + std::wcslen(c.text)));
+        EXPECT_EQ(countError(c.text), c.message);
+    }
 }
 
 TEST(FuncMap, ParamCountFromAnOffset) {

@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <random>
+#include <string>
 
 using zelvar::FuncMap;
 using zelvar::ReversePolish;
@@ -30,112 +32,145 @@ std::string rpnError(const std::wstring& text) {
     }
 }
 
+// One row of a table: the formula text and its postfix form, or, for a refused text, the
+// message it fails with.
+struct Case {
+    const wchar_t* text;
+    const wchar_t* expected;
+    bool refused = false;
+};
+
+void expectPostfix(std::initializer_list<Case> cases) {
+    for (const Case& c : cases) {
+        std::wstring text = c.text;
+        SCOPED_TRACE(std::string(text.begin(), text.end()));
+        if (c.refused) {
+            std::wstring message = c.expected;
+            EXPECT_EQ(rpnError(c.text), std::string(message.begin(), message.end()));
+        } else {
+            EXPECT_EQ(rpn(c.text), c.expected);
+        }
+    }
+}
+
 }  // namespace
 
 TEST(ReversePolish, ArithmeticAndPrecedence) {
-    EXPECT_EQ(rpn(L"=1+2"), L"1 2 +");
-    EXPECT_EQ(rpn(L"1+2"), L"1 2 +");
-    EXPECT_EQ(rpn(L" 1 + 2 "), L"1 2 +");
-    EXPECT_EQ(rpn(L"1+2*3"), L"1 2 3 * +");
-    EXPECT_EQ(rpn(L"1*2+3"), L"1 2 * 3 +");
-    EXPECT_EQ(rpn(L"1-2-3"), L"1 2 - 3 -");
-    EXPECT_EQ(rpn(L"8/4/2"), L"8 4 / 2 /");
-    // ^ groups to the left as well.
-    EXPECT_EQ(rpn(L"2^3^2"), L"2 3 ^ 2 ^");
-    EXPECT_EQ(rpn(L"1+2^3*4"), L"1 2 3 ^ 4 * +");
-    EXPECT_EQ(rpn(L"(1+2)*3"), L"1 2 + ( 3 *");
-    EXPECT_EQ(rpn(L"((1))"), L"1 ( (");
-    EXPECT_EQ(rpn(L"1+2%"), L"1 2 % +");
-    // & binds loosest of all, and = looser than <.
-    EXPECT_EQ(rpn(L"1&2=3"), L"1 2 3 = &");
-    EXPECT_EQ(rpn(L"A1=1<2"), L"A1 1 2 < =");
-    EXPECT_EQ(rpn(L"A1<1=B1"), L"A1 1 < B1 =");
-    EXPECT_EQ(rpn(L"\"a b\"&\"c\""), L"\"a b\" \"c\" &");
-    EXPECT_EQ(rpn(L""), L"");
-    EXPECT_EQ(rpn(L"="), L"");
-    EXPECT_EQ(rpn(L"==1"), L"1 =");
-    EXPECT_EQ(rpn(L"1.5"), L"1.5");
+    expectPostfix({
+        {L"=1+2", L"1 2 +"},
+        {L"1+2", L"1 2 +"},
+        {L" 1 + 2 ", L"1 2 +"},
+        {L"1+2*3", L"1 2 3 * +"},
+        {L"1*2+3", L"1 2 * 3 +"},
+        {L"1-2-3", L"1 2 - 3 -"},
+        {L"8/4/2", L"8 4 / 2 /"},
+        // ^ groups to the left as well.
+        {L"2^3^2", L"2 3 ^ 2 ^"},
+        {L"1+2^3*4", L"1 2 3 ^ 4 * +"},
+        {L"(1+2)*3", L"1 2 + ( 3 *"},
+        {L"((1))", L"1 ( ("},
+        {L"1+2%", L"1 2 % +"},
+        // & binds loosest of all, and = looser than <.
+        {L"1&2=3", L"1 2 3 = &"},
+        {L"A1=1<2", L"A1 1 2 < ="},
+        {L"A1<1=B1", L"A1 1 < B1 ="},
+        {L"\"a b\"&\"c\"", L"\"a b\" \"c\" &"},
+        {L"", L""},
+        {L"=", L""},
+        {L"==1", L"1 ="},
+        {L"1.5", L"1.5"},
+    });
 }
 
 TEST(ReversePolish, UnarySigns) {
-    EXPECT_EQ(rpn(L"-A1^2"), L"A1 uMinus 2 ^");
-    EXPECT_EQ(rpn(L"2*-3"), L"2 3 uMinus *");
-    EXPECT_EQ(rpn(L"+A1"), L"A1 uPlus");
-    EXPECT_EQ(rpn(L"1--1"), L"1 1 uMinus -");
-    EXPECT_EQ(rpn(L"--1"), L"1 uMinus uMinus");
-    EXPECT_EQ(rpn(L"-(1+2)"), L"1 2 + ( uMinus");
-    EXPECT_EQ(rpn(L"2^-1"), L"2 1 uMinus ^");
-    EXPECT_EQ(rpn(L"(-1)"), L"1 uMinus (");
-    EXPECT_EQ(rpn(L"SUM(-1,2)"), L"1 uMinus 2 SUM2F");
-    EXPECT_EQ(rpn(L"SUM(1,-2)"), L"1 2 uMinus SUM2F");
-    // Only operands raise the count, so a call without arguments and % leave the next sign
-    // unary: kept as it is.
-    EXPECT_EQ(rpn(L"NOW()-1"), L"NOW0F 1 uMinus");
-    EXPECT_EQ(rpn(L"5%+1"), L"5 1 uPlus %");
-    // A sign in an exponent splits the number.
-    EXPECT_EQ(rpn(L"1.5E+3"), L"1.5E 3 +");
+    expectPostfix({
+        {L"-A1^2", L"A1 uMinus 2 ^"},
+        {L"2*-3", L"2 3 uMinus *"},
+        {L"+A1", L"A1 uPlus"},
+        {L"1--1", L"1 1 uMinus -"},
+        {L"--1", L"1 uMinus uMinus"},
+        {L"-(1+2)", L"1 2 + ( uMinus"},
+        {L"2^-1", L"2 1 uMinus ^"},
+        {L"(-1)", L"1 uMinus ("},
+        {L"SUM(-1,2)", L"1 uMinus 2 SUM2F"},
+        {L"SUM(1,-2)", L"1 2 uMinus SUM2F"},
+        // Only operands raise the count, so a call without arguments and % leave the next sign
+        // unary: kept as it is.
+        {L"NOW()-1", L"NOW0F 1 uMinus"},
+        {L"5%+1", L"5 1 uPlus %"},
+        // A sign in an exponent splits the number.
+        {L"1.5E+3", L"1.5E 3 +"},
+    });
 }
 
 TEST(ReversePolish, ComparisonOperatorsKeepTheirTokenizing) {
-    EXPECT_EQ(rpn(L"A1<=1"), L"A1 1 <=");
-    EXPECT_EQ(rpn(L"A1<1"), L"A1 1 <");
-    EXPECT_EQ(rpn(L"A1>1"), L"A1 1 >");
-    EXPECT_EQ(rpn(L"A1=1"), L"A1 1 =");
-    // ">=" and "<>" are never formed: the two characters come out as two operators.
-    EXPECT_EQ(rpn(L"A1>=1"), L"A1 1 = >");
-    EXPECT_EQ(rpn(L"A1<>1"), L"A1 1 > <");
-    EXPECT_EQ(rpn(L"A1< =1"), L"A1 1 <=");
+    expectPostfix({
+        {L"A1<=1", L"A1 1 <="},
+        {L"A1<1", L"A1 1 <"},
+        {L"A1>1", L"A1 1 >"},
+        {L"A1=1", L"A1 1 ="},
+        // ">=" and "<>" are never formed: the two characters come out as two operators.
+        {L"A1>=1", L"A1 1 = >"},
+        {L"A1<>1", L"A1 1 > <"},
+        {L"A1< =1", L"A1 1 <="},
+    });
 }
 
 TEST(ReversePolish, FunctionsOfFixedAndVariableArity) {
-    EXPECT_EQ(rpn(L"SUM(A1,B1)"), L"A1R B1R SUM2F");
-    EXPECT_EQ(rpn(L"SUM(A1;B1)"), L"A1R B1R SUM2F");
-    EXPECT_EQ(rpn(L"SUM( A1 , B1 )"), L"A1R B1R SUM2F");
-    EXPECT_EQ(rpn(L"SUM(A1:B2)"), L"A1:B2 SUM1F");
-    EXPECT_EQ(rpn(L"SUM(1,2,3,4,5)"), L"1 2 3 4 5 SUM5F");
-    EXPECT_EQ(rpn(L"IF(A1,B1,C1)"), L"A1 B1 C1 IF3F");
-    EXPECT_EQ(rpn(L"IF(A1>0,B1,C1)"), L"A1 0 > B1 C1 IF3F");
-    EXPECT_EQ(rpn(L"ABS(A1)"), L"A1 ABS1F");
-    EXPECT_EQ(rpn(L"ROUND(A1,2)"), L"A1 2 ROUND2F");
-    EXPECT_EQ(rpn(L"PI()"), L"PI0F");
-    EXPECT_EQ(rpn(L"PI()*2"), L"PI0F 2 *");
-    EXPECT_EQ(rpn(L"MID(\"abc\",2,1)"), L"\"abc\" 2 1 MID3F");
-    EXPECT_EQ(rpn(L"SUM(1,)"), L"1 SUM2F");
-    EXPECT_EQ(rpn(L"GET.CHART.ITEM(1)"), L"1 GET.CHART.ITEM1F");
-    EXPECT_EQ(rpn(L"T(A1)"), L"A1R T1F");
-    // Names holding digits come back whole from the postfix word.
-    EXPECT_EQ(rpn(L"LOG10(100)"), L"100 LOG101F");
-    EXPECT_EQ(rpn(L"ATAN2(1,2)"), L"1 2 ATAN22F");
-    EXPECT_EQ(rpn(L"DAYS360(A1,B1)"), L"A1 B1 DAYS3602F");
-    EXPECT_EQ(rpn(L"DAYS360(A1,B1)+1"), L"A1 B1 DAYS3602F 1 +");
+    expectPostfix({
+        {L"SUM(A1,B1)", L"A1R B1R SUM2F"},
+        {L"SUM(A1;B1)", L"A1R B1R SUM2F"},
+        {L"SUM( A1 , B1 )", L"A1R B1R SUM2F"},
+        {L"SUM(A1:B2)", L"A1:B2 SUM1F"},
+        {L"SUM(1,2,3,4,5)", L"1 2 3 4 5 SUM5F"},
+        {L"IF(A1,B1,C1)", L"A1 B1 C1 IF3F"},
+        {L"IF(A1>0,B1,C1)", L"A1 0 > B1 C1 IF3F"},
+        {L"ABS(A1)", L"A1 ABS1F"},
+        {L"ROUND(A1,2)", L"A1 2 ROUND2F"},
+        {L"PI()", L"PI0F"},
+        {L"PI()*2", L"PI0F 2 *"},
+        {L"MID(\"abc\",2,1)", L"\"abc\" 2 1 MID3F"},
+        {L"SUM(1,)", L"1 SUM2F"},
+        {L"GET.CHART.ITEM(1)", L"1 GET.CHART.ITEM1F"},
+        {L"T(A1)", L"A1R T1F"},
+        // Names holding digits come back whole from the postfix word.
+        {L"LOG10(100)", L"100 LOG101F"},
+        {L"ATAN2(1,2)", L"1 2 ATAN22F"},
+        {L"DAYS360(A1,B1)", L"A1 B1 DAYS3602F"},
+        {L"DAYS360(A1,B1)+1", L"A1 B1 DAYS3602F 1 +"},
+    });
 }
 
 TEST(ReversePolish, NestedCalls) {
-    EXPECT_EQ(rpn(L"SUM(A1,MAX(B1,C1))"), L"A1R B1R C1R MAX2F SUM2F");
-    EXPECT_EQ(rpn(L"ROUND(SUM(A1:A3)/3,2)"), L"A1:A3 SUM1F 3 / 2 ROUND2F");
-    EXPECT_EQ(rpn(L"IF(ISNA(A1),0,ROW(B2))"), L"A1 ISNA1F 0 B2R ROW1F IF3F");
-    EXPECT_EQ(rpn(L"(SUM(1))"), L"1 SUM1F (");
-    EXPECT_EQ(rpn(L"SUM((1+2)*3,4)"), L"1 2 + ( 3 * 4 SUM2F");
-    EXPECT_EQ(rpn(L"ABS(SUM(A1,B1))"), L"A1R B1R SUM2F ABS1F");
-    EXPECT_EQ(rpn(L"SUM(ABS(A1),B1)"), L"A1 ABS1F B1R SUM2F");
-    EXPECT_EQ(rpn(L"IF(A1,IF(B1,1,2),PI())"), L"A1 B1 1 2 IF3F PI0F IF3F");
+    expectPostfix({
+        {L"SUM(A1,MAX(B1,C1))", L"A1R B1R C1R MAX2F SUM2F"},
+        {L"ROUND(SUM(A1:A3)/3,2)", L"A1:A3 SUM1F 3 / 2 ROUND2F"},
+        {L"IF(ISNA(A1),0,ROW(B2))", L"A1 ISNA1F 0 B2R ROW1F IF3F"},
+        {L"(SUM(1))", L"1 SUM1F ("},
+        {L"SUM((1+2)*3,4)", L"1 2 + ( 3 * 4 SUM2F"},
+        {L"ABS(SUM(A1,B1))", L"A1R B1R SUM2F ABS1F"},
+        {L"SUM(ABS(A1),B1)", L"A1 ABS1F B1R SUM2F"},
+        {L"IF(A1,IF(B1,1,2),PI())", L"A1 B1 1 2 IF3F PI0F IF3F"},
+    });
 }
 
 TEST(ReversePolish, ReferenceParametersGetTheMark) {
-    EXPECT_EQ(rpn(L"ROW(A1)"), L"A1R ROW1F");
-    EXPECT_EQ(rpn(L"SUMIF(A1,B1,C1)"), L"A1R B1 C1R SUMIF3F");
-    EXPECT_EQ(rpn(L"VLOOKUP(A1,B1,2)"), L"A1 B1R 2 VLOOKUP3F");
-    EXPECT_EQ(rpn(L"NPV(A1,B1,C1)"), L"A1 B1R C1R NPV3F");
-    EXPECT_EQ(rpn(L"SUM($A$1,Sheet2!B2)"), L"$A$1R Sheet2!B2R SUM2F");
-    EXPECT_EQ(rpn(L"SUM('My Sheet'!A1)"), L"'My Sheet'!A1R SUM1F");
-    EXPECT_EQ(rpn(L"SUM('My Sheet'!A1:B2)"), L"'My Sheet'!A1:B2 SUM1F");
-    EXPECT_EQ(rpn(L"SUM(A 1)"), L"A1R SUM1F");
-    // Numbers and strings aren't references; inner parentheses keep the parameter.
-    EXPECT_EQ(rpn(L"SUM(1,\"x\")"), L"1 \"x\" SUM2F");
-    EXPECT_EQ(rpn(L"ROW((A1))"), L"A1R ( ROW1F");
-    // Outside a call a reference stays a value.
-    EXPECT_EQ(rpn(L"A1+SUM(B1)"), L"A1 B1R SUM1F +");
-    EXPECT_EQ(rpn(L"SUM(B1)+A1"), L"B1R SUM1F A1 +");
+    expectPostfix({
+        {L"ROW(A1)", L"A1R ROW1F"},
+        {L"SUMIF(A1,B1,C1)", L"A1R B1 C1R SUMIF3F"},
+        {L"VLOOKUP(A1,B1,2)", L"A1 B1R 2 VLOOKUP3F"},
+        {L"NPV(A1,B1,C1)", L"A1 B1R C1R NPV3F"},
+        {L"SUM($A$1,Sheet2!B2)", L"$A$1R Sheet2!B2R SUM2F"},
+        {L"SUM('My Sheet'!A1)", L"'My Sheet'!A1R SUM1F"},
+        {L"SUM('My Sheet'!A1:B2)", L"'My Sheet'!A1:B2 SUM1F"},
+        {L"SUM(A 1)", L"A1R SUM1F"},
+        // Numbers and strings aren't references; inner parentheses keep the parameter.
+        {L"SUM(1,\"x\")", L"1 \"x\" SUM2F"},
+        {L"ROW((A1))", L"A1R ( ROW1F"},
+        // Outside a call a reference stays a value.
+        {L"A1+SUM(B1)", L"A1 B1R SUM1F +"},
+        {L"SUM(B1)+A1", L"B1R SUM1F A1 +"},
+    });
     // The parameter index counts modulo 32: 0x3FFFFFFF leaves the 31st and 32nd argument
     // unmarked and marks the 33rd again.
     std::wstring args, expected;
@@ -148,54 +183,62 @@ TEST(ReversePolish, ReferenceParametersGetTheMark) {
 }
 
 TEST(ReversePolish, BooleanWords) {
-    EXPECT_EQ(rpn(L"TRUE+1"), L"TRUE 1 +");
-    EXPECT_EQ(rpn(L"IF(TRUE,1,FALSE)"), L"TRUE 1 FALSE IF3F");
-    EXPECT_EQ(rpn(L"TRUE()"), L"TRUE0F");
-    EXPECT_EQ(rpn(L"NOT(FALSE())"), L"FALSE0F NOT1F");
-    // The marking pass takes the word for a call of its own, which then owns the following
-    // separator and closing parenthesis: the reference after it stays unmarked.
-    EXPECT_EQ(rpn(L"SUM(TRUE,A1)"), L"TRUE A1 SUM2F");
-    EXPECT_EQ(rpn(L"SUM(A1,TRUE)"), L"A1R TRUE SUM2F");
-    // At the very end the word is taken for the function.
-    EXPECT_EQ(rpnError(L"TRUE"), "error: function parentheses not found");
-    EXPECT_EQ(rpnError(L"1+FALSE"), "error: function parentheses not found");
+    expectPostfix({
+        {L"TRUE+1", L"TRUE 1 +"},
+        {L"IF(TRUE,1,FALSE)", L"TRUE 1 FALSE IF3F"},
+        {L"TRUE()", L"TRUE0F"},
+        {L"NOT(FALSE())", L"FALSE0F NOT1F"},
+        // The marking pass takes the word for a call of its own, which then owns the following
+        // separator and closing parenthesis: the reference after it stays unmarked.
+        {L"SUM(TRUE,A1)", L"TRUE A1 SUM2F"},
+        {L"SUM(A1,TRUE)", L"A1R TRUE SUM2F"},
+        // At the very end the word is taken for the function.
+        {L"TRUE", L"error: function parentheses not found", true},
+        {L"1+FALSE", L"error: function parentheses not found", true},
+    });
 }
 
 TEST(ReversePolish, KeptOddOutcomes) {
-    // Names are case-sensitive: "sum" is an operand and its parenthesis a plain one.
-    EXPECT_EQ(rpn(L"sum(A1)"), L"sum A1 (");
-    // The postfix word of SUMX2MY2 is cut at its first digit and not recognised, so it
-    // stays on the stack to the end.
-    EXPECT_EQ(rpn(L"SUMX2MY2(A1:A2,B1:B2)"), L"A1:A2 B1:B2 SUMX2MY22F");
-    EXPECT_EQ(rpn(L"SUMX2MY2(A1:A2,B1:B2)+1"), L"A1:A2 B1:B2 1 + SUMX2MY22F");
-    // An unclosed parenthesis leaves as a token.
-    EXPECT_EQ(rpn(L"(1+2"), L"1 2 + (");
-    // Each quote kind toggles its own flag: an apostrophe inside a string keeps the rest
-    // of the text in one token.
-    EXPECT_EQ(rpn(L"\"it's\"&A1"), L"\"it's\"&A1");
-    EXPECT_EQ(rpn(L"\"it's\""), L"\"it's\"");
+    expectPostfix({
+        // Names are case-sensitive: "sum" is an operand and its parenthesis a plain one.
+        {L"sum(A1)", L"sum A1 ("},
+        // The postfix word of SUMX2MY2 is cut at its first digit and not recognised, so it
+        // stays on the stack to the end.
+        {L"SUMX2MY2(A1:A2,B1:B2)", L"A1:A2 B1:B2 SUMX2MY22F"},
+        {L"SUMX2MY2(A1:A2,B1:B2)+1", L"A1:A2 B1:B2 1 + SUMX2MY22F"},
+        // An unclosed parenthesis leaves as a token.
+        {L"(1+2", L"1 2 + ("},
+        // Each quote kind toggles its own flag: an apostrophe inside a string keeps the rest
+        // of the text in one token.
+        {L"\"it's\"&A1", L"\"it's\"&A1"},
+        {L"\"it's\"", L"\"it's\""},
+    });
 }
 
 TEST(ReversePolish, OperandsOfOtherShapes) {
-    EXPECT_EQ(rpn(L"'My Sheet'!A1+1"), L"'My Sheet'!A1 1 +");
-    EXPECT_EQ(rpn(L"Sheet2!A1*2"), L"Sheet2!A1 2 *");
-    EXPECT_EQ(rpn(L"my_name+1"), L"my_name 1 +");
-    EXPECT_EQ(rpn(L"#REF!+1"), L"#REF! 1 +");
-    EXPECT_EQ(rpn(L"\"a,b\"&\"(\""), L"\"a,b\" \"(\" &");
-    EXPECT_EQ(rpn(L"CONCATENATE(\"a;b\",\")\")"), L"\"a;b\" \")\" CONCATENATE2F");
-    EXPECT_EQ(rpn(L"\"say \"\"hi\"\"\""), L"\"say \"\"hi\"\"\"");
-    EXPECT_EQ(rpn(L"SUM1+1"), L"SUM1 1 +");
+    expectPostfix({
+        {L"'My Sheet'!A1+1", L"'My Sheet'!A1 1 +"},
+        {L"Sheet2!A1*2", L"Sheet2!A1 2 *"},
+        {L"my_name+1", L"my_name 1 +"},
+        {L"#REF!+1", L"#REF! 1 +"},
+        {L"\"a,b\"&\"(\"", L"\"a,b\" \"(\" &"},
+        {L"CONCATENATE(\"a;b\",\")\")", L"\"a;b\" \")\" CONCATENATE2F"},
+        {L"\"say \"\"hi\"\"\"", L"\"say \"\"hi\"\"\""},
+        {L"SUM1+1", L"SUM1 1 +"},
+    });
 }
 
 TEST(ReversePolish, ErrorTexts) {
-    EXPECT_EQ(rpnError(L")"), "error in formula");
-    EXPECT_EQ(rpnError(L"1+2)"), "error in formula");
-    EXPECT_EQ(rpnError(L"SUM(1))"), "error in formula");
-    EXPECT_EQ(rpnError(L"SUM(1"), "error: function parentheses not found");
-    EXPECT_EQ(rpnError(L"ABS"), "error: function parentheses not found");
-    EXPECT_EQ(rpnError(L"SUM+1"), "error: function name without open parenthesis");
-    EXPECT_EQ(rpnError(L"1+PI"), "error: function parentheses not found");
-    EXPECT_EQ(rpnError(L"N*2"), "error: function name without open parenthesis");
+    expectPostfix({
+        {L")", L"error in formula", true},
+        {L"1+2)", L"error in formula", true},
+        {L"SUM(1))", L"error in formula", true},
+        {L"SUM(1", L"error: function parentheses not found", true},
+        {L"ABS", L"error: function parentheses not found", true},
+        {L"SUM+1", L"error: function name without open parenthesis", true},
+        {L"1+PI", L"error: function parentheses not found", true},
+        {L"N*2", L"error: function name without open parenthesis", true},
+    });
 }
 
 TEST(ReversePolish, Helpers) {

@@ -46,21 +46,24 @@ std::vector<std::wstring> tokens(std::wstring text) {
 }  // namespace
 
 TEST(XMLFormula, AddressToR1C1) {
-    EXPECT_EQ(XMLFormula::toR1C1(L"B3", 1, 0), L"R[1]C[1]");
-    EXPECT_EQ(XMLFormula::toR1C1(L"$B$3", 1, 0), L"R3C2");
-    EXPECT_EQ(XMLFormula::toR1C1(L"B$3", 1, 0), L"R3C[1]");
-    EXPECT_EQ(XMLFormula::toR1C1(L"$B3", 1, 0), L"R[1]C2");
-    EXPECT_EQ(XMLFormula::toR1C1(L"b3", 1, 0), L"R[1]C[1]");
-    // The cell's own row and column write no bracket.
-    EXPECT_EQ(XMLFormula::toR1C1(L"A1", 0, 0), L"RC");
-    EXPECT_EQ(XMLFormula::toR1C1(L"C7", 6, 0), L"RC[2]");
-    EXPECT_EQ(XMLFormula::toR1C1(L"A1", 5, 2), L"R[-5]C[-2]");
-    EXPECT_EQ(XMLFormula::toR1C1(L"XFD1048576", 0, 0), L"R[1048575]C[16383]");
-    EXPECT_EQ(XMLFormula::toR1C1(L"$IV$65536", 7, 7), L"R65536C256");
-    EXPECT_EQ(XMLFormula::toR1C1(L"A12345678", 0, 0), L"R[12345677]C");
-    // Leading zeros in the row number keep the row's "$".
-    EXPECT_EQ(XMLFormula::toR1C1(L"$A$01", 5, 5), L"R1C1");
-    EXPECT_EQ(XMLFormula::toR1C1(L"A01", 0, 0), L"RC");
+    const struct { const wchar_t* address; int row, col; const wchar_t* r1c1; } cases[] = {
+        {L"B3", 1, 0, L"R[1]C[1]"},
+        {L"$B$3", 1, 0, L"R3C2"},
+        {L"B$3", 1, 0, L"R3C[1]"},
+        {L"$B3", 1, 0, L"R[1]C2"},
+        {L"b3", 1, 0, L"R[1]C[1]"},
+        // The cell's own row and column write no bracket.
+        {L"A1", 0, 0, L"RC"},
+        {L"C7", 6, 0, L"RC[2]"},
+        {L"A1", 5, 2, L"R[-5]C[-2]"},
+        {L"XFD1048576", 0, 0, L"R[1048575]C[16383]"},
+        {L"$IV$65536", 7, 7, L"R65536C256"},
+        {L"A12345678", 0, 0, L"R[12345677]C"},
+        // Leading zeros in the row number keep the row's "$".
+        {L"$A$01", 5, 5, L"R1C1"},
+        {L"A01", 0, 0, L"RC"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(XMLFormula::toR1C1(c.address, c.row, c.col), c.r1c1) << c.address;
 }
 
 TEST(XMLFormula, NonAddressesPassUnchanged) {
@@ -75,15 +78,18 @@ TEST(XMLFormula, NonAddressesPassUnchanged) {
 }
 
 TEST(XMLFormula, R1C1ToAddress) {
-    EXPECT_EQ(XMLFormula::toA1(L"R3C2", 9, 9, true), L"$B$3");
-    EXPECT_EQ(XMLFormula::toA1(L"R[1]C[1]", 1, 0, true), L"B3");
-    EXPECT_EQ(XMLFormula::toA1(L"RC", 4, 2, true), L"C5");
-    EXPECT_EQ(XMLFormula::toA1(L"rc", 4, 2, false), L"C5");
-    EXPECT_EQ(XMLFormula::toA1(L"R2C", 4, 2, true), L"C$2");
-    EXPECT_EQ(XMLFormula::toA1(L"RC3", 4, 2, true), L"$C5");
-    EXPECT_EQ(XMLFormula::toA1(L"r[-1]c[-2]", 4, 2, true), L"A4");
-    EXPECT_EQ(XMLFormula::toA1(L"R[0]C[0]", 4, 2, true), L"C5");
-    EXPECT_EQ(XMLFormula::toA1(L"R65536C256", 0, 0, true), L"$IV$65536");
+    const struct { const wchar_t* r1c1; int row, col; bool binaryGrid; const wchar_t* address; } cases[] = {
+        {L"R3C2", 9, 9, true, L"$B$3"},
+        {L"R[1]C[1]", 1, 0, true, L"B3"},
+        {L"RC", 4, 2, true, L"C5"},
+        {L"rc", 4, 2, false, L"C5"},
+        {L"R2C", 4, 2, true, L"C$2"},
+        {L"RC3", 4, 2, true, L"$C5"},
+        {L"r[-1]c[-2]", 4, 2, true, L"A4"},
+        {L"R[0]C[0]", 4, 2, true, L"C5"},
+        {L"R65536C256", 0, 0, true, L"$IV$65536"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(XMLFormula::toA1(c.r1c1, c.row, c.col, c.binaryGrid), c.address) << c.r1c1;
 }
 
 TEST(XMLFormula, NegativeRelativeResultsWrapRoundTheGrid) {
@@ -97,12 +103,15 @@ TEST(XMLFormula, NegativeRelativeResultsWrapRoundTheGrid) {
 }
 
 TEST(XMLFormula, ResultsOutsideTheLargestGridFail) {
-    EXPECT_EQ(a1Error(L"R[2000000]C", 0, 0, false), "row must be in range 0-1048575");
-    EXPECT_EQ(a1Error(L"R[-2000000]C", 0, 0, false), "row must be in range 0-1048575");
-    EXPECT_EQ(a1Error(L"R1048577C1", 0, 0, false), "row must be in range 0-1048575");
-    EXPECT_EQ(a1Error(L"R99999999999999999999C1", 0, 0, false), "row must be in range 0-1048575");
-    EXPECT_EQ(a1Error(L"R1C16385", 0, 0, false), "col must be in range 0-16383");
-    EXPECT_EQ(a1Error(L"RC[-20000]", 0, 0, false), "col must be in range 0-16383");
+    const struct { const wchar_t* r1c1; int row, col; bool binaryGrid; const char* message; } cases[] = {
+        {L"R[2000000]C", 0, 0, false, "row must be in range 0-1048575"},
+        {L"R[-2000000]C", 0, 0, false, "row must be in range 0-1048575"},
+        {L"R1048577C1", 0, 0, false, "row must be in range 0-1048575"},
+        {L"R99999999999999999999C1", 0, 0, false, "row must be in range 0-1048575"},
+        {L"R1C16385", 0, 0, false, "col must be in range 0-16383"},
+        {L"RC[-20000]", 0, 0, false, "col must be in range 0-16383"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(a1Error(c.r1c1, c.row, c.col, c.binaryGrid), c.message) << c.r1c1;
     // The binary grid doesn't limit the result; its encoder does.
     EXPECT_EQ(XMLFormula::toA1(L"R[1]C", 65535, 0, true), L"A65537");
 }
