@@ -665,10 +665,11 @@ public:
      *     sheet->setColHidden(2, true);
      *     bool gone = sheet->colHidden(2);  // true */
     virtual bool colHidden(int col) const = 0;
-    /* Hides or shows a column, keeping its width for when it shows again.
+    /* Hides or shows a column. It takes the width colWidth() reads, which is 0 while the column
+     * is hidden: a column shown again needs its width from setCol.
      * Fails with: "col must be in range 0-255".
      *     sheet->setColHidden(2, true);
-     *     sheet->setColHidden(2, false); */
+     *     sheet->setCol(2, 2, 12, nullptr, false);  // shown again, 12 characters wide */
     virtual bool setColHidden(int col, bool hidden) = 0;
     /* The merged block that holds the cell, through the pointers (each may be null).
      * Fails with: "row must be in range 0-65535", "col must be in range 0-255", "this cell isn't
@@ -1040,20 +1041,20 @@ public:
      *     sheet->setPrintArea(0, 9, 0, 3);
      *     sheet->clearPrintArea(); */
     virtual void clearPrintArea() = 0;
-    /* The block of a name defined on this sheet, through the pointers (each may be null).
+    /* The block of a name in this sheet's scope, through the pointers (each may be null).
      * Fails with: "named range is not found", also for a name that refers to something other than
      * one cell or block.
      *     int r1, r2, c1, c2;
      *     if (sheet->getNamedRange("Prices", &r1, &r2, &c1, &c2)) printf("%d..%d\n", r1, r2); */
     virtual bool getNamedRange(const T* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast) = 0;
-    /* Defines a book-wide name for a block of this sheet, or moves an existing one. Formulas that
-     * readers evaluate can use it; writeFormula doesn't compile names in this version.
+    /* Defines a name for a block of this sheet, in the sheet's own scope, or moves an existing
+     * one. Readers' formulas can use it; writeFormula doesn't compile names in this version.
      * Fails with: "space symbol isn't allowed", "incorrect name" for an empty name or one longer
      * than 255 characters, "too many external sheet references".
      *     sheet->setNamedRange("Prices", 1, 10, 2, 2);  // C2:C11
      *     sheet->setNamedRange("Prices", 1, 20, 2, 2);  // moved to C2:C21 */
     virtual bool setNamedRange(const T* name, int rowFirst, int rowLast, int colFirst, int colLast) = 0;
-    /* Removes a name defined on this sheet.
+    /* Removes a name in this sheet's scope.
      * Fails with: "named range is not found".
      *     if (!sheet->delNamedRange("Prices"))
      *         puts(book->errorMessage()); */
@@ -1113,7 +1114,8 @@ public:
      *     book->setActiveSheet(0); */
     virtual void setTopLeftView(int row, int col) = 0;
     /* Parses an A1 address ("B3", "$B$3", "b3"), with whether its row and column are relative
-     * (no "$"). The relative pointers may be null.
+     * (no "$"). The relative pointers may be null. The text is not checked: a part that is
+     * missing reads as -1.
      * Fails with: "address mustn't be NULL".
      *     int row, col;
      *     sheet->addrToRowCol("$B3", &row, &col);  // 2, 1 */
@@ -1248,8 +1250,9 @@ public:
     virtual bool dateUnpack(double value, int* year, int* month, int* day, int* hour = 0, int* min = 0,
                             int* sec = 0, int* msec = 0) = 0;
     /* A colour for red, green and blue (0 to 255). Binary family: the palette index of that
-     * colour, allocating one of the 56 entries when none matches exactly; ColorAutomatic on
-     * failure. XML books in RGB mode give the RGB value itself.
+     * colour; when no entry matches exactly, the first entry that colorPack hasn't handed out yet
+     * (from index 8 up) is changed to it, so a named colour such as ColorBlack may then show the
+     * new colour. ColorAutomatic on failure. XML books in RGB mode give the RGB value itself.
      * Fails with: "no free color index, limit is reached for xls format".
      *     Color brand = book->colorPack(0, 97, 168);
      *     font->setColor(brand); */
@@ -1332,7 +1335,7 @@ public:
      * 1280 (BIFF5) for the older files it reads. XML books: 0.
      * Fails with: none.
      *     if (book->biffVersion() == 1280)
-     *         puts("an old file: its formulas read as text, its new cells save as BIFF8"); */
+     *         puts("a BIFF5 file"); */
     virtual int biffVersion() const = 0;
     /* Whether dates count from 1904 instead of 1900.
      * Fails with: none.

@@ -201,8 +201,9 @@ ZELVAR_API double zvBookDatePackW(BookHandle handle, int year, int month, int da
 ZELVAR_API int zvBookDateUnpackA(BookHandle handle, double value, int* year, int* month, int* day, int* hour, int* min, int* sec, int* msec);
 ZELVAR_API int zvBookDateUnpackW(BookHandle handle, double value, int* year, int* month, int* day, int* hour, int* min, int* sec, int* msec);
 /* A colour for red, green and blue (0 to 255). Binary family: the palette index of that
- * colour, allocating one of the 56 entries when none matches exactly; ColorAutomatic on
- * failure. XML books in RGB mode give the RGB value itself.
+ * colour; when no entry matches exactly, the first entry that colorPack hasn't handed out yet
+ * (from index 8 up) is changed to it, so a named colour such as ColorBlack may then show the
+ * new colour. ColorAutomatic on failure. XML books in RGB mode give the RGB value itself.
  * Fails with: "no free color index, limit is reached for xls format".
  *     int brand = zvBookColorPackA(book, 0, 97, 168);
  *     zvFontSetColorA(font, brand); */
@@ -300,7 +301,7 @@ ZELVAR_API int zvBookVersionW(BookHandle handle);
  * 1280 (BIFF5) for the older files it reads. XML books: 0.
  * Fails with: none.
  *     if (zvBookBiffVersionA(book) == 1280)
- *         puts("an old file: its formulas read as text, its new cells save as BIFF8"); */
+ *         puts("a BIFF5 file"); */
 ZELVAR_API int zvBookBiffVersionA(BookHandle handle);
 ZELVAR_API int zvBookBiffVersionW(BookHandle handle);
 /* Whether dates count from 1904 instead of 1900.
@@ -521,10 +522,11 @@ ZELVAR_API int zvSheetSetRowHiddenW(SheetHandle handle, int row, int hidden);
  *     int gone = zvSheetColHiddenA(sheet, 2);  // 1 */
 ZELVAR_API int zvSheetColHiddenA(SheetHandle handle, int col);
 ZELVAR_API int zvSheetColHiddenW(SheetHandle handle, int col);
-/* Hides or shows a column, keeping its width for when it shows again.
+/* Hides or shows a column. It takes the width colWidth() reads, which is 0 while the column
+ * is hidden: a column shown again needs its width from setCol.
  * Fails with: "col must be in range 0-255".
  *     zvSheetSetColHiddenA(sheet, 2, 1);
- *     zvSheetSetColHiddenA(sheet, 2, 0); */
+ *     zvSheetSetColA(sheet, 2, 2, 12, NULL, 0);  // shown again, 12 characters wide */
 ZELVAR_API int zvSheetSetColHiddenA(SheetHandle handle, int col, int hidden);
 ZELVAR_API int zvSheetSetColHiddenW(SheetHandle handle, int col, int hidden);
 /* The merged block that holds the cell, through the pointers (each may be null).
@@ -962,22 +964,22 @@ ZELVAR_API void zvSheetClearPrintRepeatsW(SheetHandle handle);
  *     zvSheetClearPrintAreaA(sheet); */
 ZELVAR_API void zvSheetClearPrintAreaA(SheetHandle handle);
 ZELVAR_API void zvSheetClearPrintAreaW(SheetHandle handle);
-/* The block of a name defined on this sheet, through the pointers (each may be null).
+/* The block of a name in this sheet's scope, through the pointers (each may be null).
  * Fails with: "named range is not found", also for a name that refers to something other than
  * one cell or block.
  *     int r1, r2, c1, c2;
  *     if (zvSheetGetNamedRangeA(sheet, "Prices", &r1, &r2, &c1, &c2)) printf("%d..%d\n", r1, r2); */
 ZELVAR_API int zvSheetGetNamedRangeA(SheetHandle handle, const char* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast);
 ZELVAR_API int zvSheetGetNamedRangeW(SheetHandle handle, const wchar_t* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast);
-/* Defines a book-wide name for a block of this sheet, or moves an existing one. Formulas that
- * readers evaluate can use it; writeFormula doesn't compile names in this version.
+/* Defines a name for a block of this sheet, in the sheet's own scope, or moves an existing
+ * one. Readers' formulas can use it; writeFormula doesn't compile names in this version.
  * Fails with: "space symbol isn't allowed", "incorrect name" for an empty name or one longer
  * than 255 characters, "too many external sheet references".
  *     zvSheetSetNamedRangeA(sheet, "Prices", 1, 10, 2, 2);  // C2:C11
  *     zvSheetSetNamedRangeA(sheet, "Prices", 1, 20, 2, 2);  // moved to C2:C21 */
 ZELVAR_API int zvSheetSetNamedRangeA(SheetHandle handle, const char* name, int rowFirst, int rowLast, int colFirst, int colLast);
 ZELVAR_API int zvSheetSetNamedRangeW(SheetHandle handle, const wchar_t* name, int rowFirst, int rowLast, int colFirst, int colLast);
-/* Removes a name defined on this sheet.
+/* Removes a name in this sheet's scope.
  * Fails with: "named range is not found".
  *     if (!zvSheetDelNamedRangeA(sheet, "Prices"))
  *         puts(zvBookErrorMessageA(book)); */
@@ -1048,7 +1050,8 @@ ZELVAR_API void zvSheetGetTopLeftViewW(SheetHandle handle, int* row, int* col);
 ZELVAR_API void zvSheetSetTopLeftViewA(SheetHandle handle, int row, int col);
 ZELVAR_API void zvSheetSetTopLeftViewW(SheetHandle handle, int row, int col);
 /* Parses an A1 address ("B3", "$B$3", "b3"), with whether its row and column are relative
- * (no "$"). The relative pointers may be null.
+ * (no "$"). The relative pointers may be null. The text is not checked: a part that is
+ * missing reads as -1.
  * Fails with: "address mustn't be NULL".
  *     int row, col;
  *     zvSheetAddrToRowColA(sheet, "$B3", &row, &col, NULL, NULL);  // 2, 1 */
