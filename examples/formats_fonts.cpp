@@ -32,7 +32,8 @@ int main(int argc, char** argv) {
     IFormatA* header = book->addFormat();
     header->setFont(headerFont);
     header->setFillPattern(FillSolid);
-    header->setPatternForegroundColor(book->colorPack(0, 97, 168));  // finds or adds a palette entry
+    // colorPack finds the colour in the palette or takes over an entry not handed out yet.
+    header->setPatternForegroundColor(book->colorPack(0, 97, 168));
     header->setAlignH(HAlignCenter);
     header->setAlignV(VAlignCenter);
     header->setBorder(BorderThin);

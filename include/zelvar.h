@@ -590,8 +590,8 @@ public:
      *     const char* formula = sheet->readFormula(5, 0);
      *     if (formula) printf("=%s\n", formula); */
     virtual const T* readFormula(int row, int col, IFormatT<T>** format = 0) = 0;
-    /* Compiles a formula (no leading "=") and stores it with a cached result of 0; nothing is
-     * calculated. Other sheets are named as in Sheet2!A1 or 'My sheet'!A1:B2.
+    /* Compiles a formula (a leading "=" is optional) and stores it with a cached result of 0;
+     * nothing is calculated. Other sheets are named as in Sheet2!A1 or 'My sheet'!A1:B2.
      * Fails with: "row must be in range 0-65535", "col must be in range 0-255", "formula mustn't
      * be NULL", "specified format not found", "error in formula", "error: function parentheses not
      * found", "incorrect number of function parameters", "incorrect token in formula" (also for a

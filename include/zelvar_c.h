@@ -15,7 +15,8 @@
  * Each function's comment says what it does, then "Fails with:" and the messages it can set
  * ("none": it can't fail and may leave the message as it was), then a two-line example over a
  * book, sheet, fmt (a format) and font. Where XML books (.xlsx) answer differently, a note
- * "XML books:" says how.
+ * "XML books:" says how. The text names operations as the C++ interfaces do: addSheet of a book
+ * is zvBookAddSheetA/W here, setBold of a font zvFontSetBoldA/W.
  *
  * C++ programs that use both headers include zelvar.h first.
  */
@@ -437,8 +438,8 @@ ZELVAR_API int zvSheetWriteBlankW(SheetHandle handle, int row, int col, FormatHa
  *     if (formula) printf("=%s\n", formula); */
 ZELVAR_API const char* zvSheetReadFormulaA(SheetHandle handle, int row, int col, FormatHandle* format);
 ZELVAR_API const wchar_t* zvSheetReadFormulaW(SheetHandle handle, int row, int col, FormatHandle* format);
-/* Compiles a formula (no leading "=") and stores it with a cached result of 0; nothing is
- * calculated. Other sheets are named as in Sheet2!A1 or 'My sheet'!A1:B2.
+/* Compiles a formula (a leading "=" is optional) and stores it with a cached result of 0;
+ * nothing is calculated. Other sheets are named as in Sheet2!A1 or 'My sheet'!A1:B2.
  * Fails with: "row must be in range 0-65535", "col must be in range 0-255", "formula mustn't
  * be NULL", "specified format not found", "error in formula", "error: function parentheses not
  * found", "incorrect number of function parameters", "incorrect token in formula" (also for a

@@ -328,7 +328,8 @@ HEADER_TEMPLATE = """/*
  * Each function's comment says what it does, then "Fails with:" and the messages it can set
  * ("none": it can't fail and may leave the message as it was), then a two-line example over a
  * book, sheet, fmt (a format) and font. Where XML books (.xlsx) answer differently, a note
- * "XML books:" says how.
+ * "XML books:" says how. The text names operations as the C++ interfaces do: addSheet of a book
+ * is zvBookAddSheetA/W here, setBold of a font zvFontSetBoldA/W.
  *
  * C++ programs that use both headers include zelvar.h first.
  */
