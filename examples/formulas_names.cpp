@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
     budget->writeStr(6, 0, "Largest");
     budget->writeFormula(6, 1, "IF(MAX(B2:B5)>1000,\"over 1000\",\"all small\")");
 
-    // Named ranges belong to the sheet that holds their block; readers list them by name.
+    // A named range is defined in the scope of its sheet; readers find the block by its name.
     budget->setNamedRange("NetAmounts", 1, 4, 1, 1);   // B2:B5
     budget->setNamedRange("GrossAmounts", 1, 4, 2, 2); // C2:C5
     rates->setNamedRange("VatRate", 0, 0, 1, 1);       // Rates!B1

@@ -144,6 +144,7 @@ def check_formulas_names(path, scratch):
     area = names["GrossAmounts"].area2d()
     equal((area[0].name,) + tuple(area[1:]), ("Budget", 1, 5, 2, 3), "GrossAmounts is C2:C5")
     equal(names["VatRate"].area2d()[0].name, "Rates", "VatRate is on Rates")
+    equal((names["GrossAmounts"].scope, names["VatRate"].scope), (1, 0), "each name in its sheet's scope")
     budget = recalculated(path, scratch)[1]
     gross = [round(net * 1.19, 2) for net in (1200, 185.4, 430, 96.2)]
     for row in range(4):
