@@ -596,7 +596,9 @@ public:
      * be NULL", "specified format not found", "error in formula", "error: function parentheses not
      * found", "incorrect number of function parameters", "incorrect token in formula" (also for a
      * defined name or an unknown function), "sheet is not found", "formula is too long", "too many
-     * external sheet references"; the cell stays as it was.
+     * external sheet references"; the cell stays as it was. An operator without its operands,
+     * as in "1+", is not caught here: such a formula is stored, and readFormula then fails with
+     * "toInfix error: expected two operands for binary operator".
      *     sheet->writeFormula(5, 0, "SUM(A1:A5)");
      *     sheet->writeFormula(6, 0, "IF(A6>100,\"high\",\"low\")", fmt); */
     virtual bool writeFormula(int row, int col, const T* value, IFormatT<T>* format = 0) = 0;

@@ -444,7 +444,9 @@ ZELVAR_API const wchar_t* zvSheetReadFormulaW(SheetHandle handle, int row, int c
  * be NULL", "specified format not found", "error in formula", "error: function parentheses not
  * found", "incorrect number of function parameters", "incorrect token in formula" (also for a
  * defined name or an unknown function), "sheet is not found", "formula is too long", "too many
- * external sheet references"; the cell stays as it was.
+ * external sheet references"; the cell stays as it was. An operator without its operands,
+ * as in "1+", is not caught here: such a formula is stored, and readFormula then fails with
+ * "toInfix error: expected two operands for binary operator".
  *     zvSheetWriteFormulaA(sheet, 5, 0, "SUM(A1:A5)", NULL);
  *     zvSheetWriteFormulaA(sheet, 6, 0, "IF(A6>100,\"high\",\"low\")", fmt); */
 ZELVAR_API int zvSheetWriteFormulaA(SheetHandle handle, int row, int col, const char* value, FormatHandle format);
