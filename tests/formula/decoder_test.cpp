@@ -85,13 +85,16 @@ TEST(FormulaDecoder, FunctionsUseSemicolons) {
 }
 
 TEST(FormulaDecoder, MalformedStreamsFailWithTheirMessages) {
-    EXPECT_EQ("can't build infix formula string", failure({}));
-    EXPECT_EQ("can't recognize formula block: unknown ptg", failure({0x7F}));
-    EXPECT_EQ("GetFormula move1 error", failure({0x24, 0, 0}));
-    EXPECT_EQ("unknown Ptg 0x18", failure({0x18, 0x55, 0, 0, 0, 0, 0}));
-    EXPECT_EQ("unknown Ptg 0x19", failure({0x19, 0x03, 0, 0}));
-    EXPECT_EQ("toInfix error: incorrect unary minus expression", failure({0x13}));
-    EXPECT_EQ("toInfix error: expected two operands for binary operator", failure({0x1E, 1, 0, 0x03}));
-    EXPECT_EQ("toInfix error: incorrect brackets", failure({0x15}));
-    EXPECT_EQ("toInfix error: incorrect function expression", failure({0x22, 2, 4, 0}));
+    const struct { std::vector<uint8_t> tokens; const char* message; } cases[] = {
+        {{}, "can't build infix formula string"},
+        {{0x7F}, "can't recognize formula block: unknown ptg"},
+        {{0x24, 0, 0}, "GetFormula move1 error"},
+        {{0x18, 0x55, 0, 0, 0, 0, 0}, "unknown Ptg 0x18"},
+        {{0x19, 0x03, 0, 0}, "unknown Ptg 0x19"},
+        {{0x13}, "toInfix error: incorrect unary minus expression"},
+        {{0x1E, 1, 0, 0x03}, "toInfix error: expected two operands for binary operator"},
+        {{0x15}, "toInfix error: incorrect brackets"},
+        {{0x22, 2, 4, 0}, "toInfix error: incorrect function expression"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(failure(c.tokens), c.message) << c.tokens.size() << " token bytes";
 }
