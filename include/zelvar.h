@@ -641,7 +641,7 @@ public:
     virtual double rowHeight(int row) const = 0;
     /* Width (in characters), format and hidden state of the columns colFirst to colLast.
      * Fails with: "col must be in range 0-255", "colLast must be greater than or equal to
-     * colFirst", "specified format not found".
+     * colFirst", "specified format not found". XML books: "col must be less than 16384".
      *     sheet->setCol(0, 0, 30);
      *     sheet->setCol(1, 4, 12, fmt, false); */
     virtual bool setCol(int colFirst, int colLast, double width, IFormatT<T>* format = 0,
@@ -682,13 +682,15 @@ public:
     /* Merges the block; its absent cells become blanks with the top left cell's format. Overlap
      * with other blocks is not checked.
      * Fails with: "col must be in range 0-255", "rowLast must be greater than or equal to
-     * rowFirst", "colLast must be greater than or equal to colFirst".
+     * rowFirst", "colLast must be greater than or equal to colFirst". XML books: "col must be less
+     * than 16384".
      *     sheet->writeStr(0, 0, "Quarterly report", fmt);
      *     sheet->setMerge(0, 0, 0, 3); */
     virtual bool setMerge(int rowFirst, int rowLast, int colFirst, int colLast) = 0;
     /* Removes the merged block that holds the cell; false, with the message left as it was, when
      * no block holds it.
-     * Fails with: "row must be in range 0-65535", "col must be in range 0-255".
+     * Fails with: "row must be in range 0-65535", "col must be in range 0-255". XML books: "this
+     * cell isn't in merging block" when no block holds it.
      *     sheet->setMerge(0, 0, 0, 3);
      *     sheet->delMerge(0, 2); */
     virtual bool delMerge(int row, int col) = 0;
@@ -1045,7 +1047,8 @@ public:
     virtual void clearPrintArea() = 0;
     /* The block of a name in this sheet's scope, through the pointers (each may be null).
      * Fails with: "named range is not found", also for a name that refers to something other than
-     * one cell or block.
+     * one cell or block. XML books: "warning: some parts were skipped" for a name of several
+     * blocks (a warning: the first block comes back).
      *     int r1, r2, c1, c2;
      *     if (sheet->getNamedRange("Prices", &r1, &r2, &c1, &c2)) printf("%d..%d\n", r1, r2); */
     virtual bool getNamedRange(const T* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast) = 0;
@@ -1057,7 +1060,7 @@ public:
      *     sheet->setNamedRange("Prices", 1, 20, 2, 2);  // moved to C2:C21 */
     virtual bool setNamedRange(const T* name, int rowFirst, int rowLast, int colFirst, int colLast) = 0;
     /* Removes a name in this sheet's scope.
-     * Fails with: "named range is not found".
+     * Fails with: "named range is not found". XML books: "named range not found".
      *     if (!sheet->delNamedRange("Prices"))
      *         puts(book->errorMessage()); */
     virtual bool delNamedRange(const T* name) = 0;
@@ -1101,7 +1104,7 @@ public:
     virtual SheetState hidden() const = 0;
     /* Shows or hides the sheet; a very hidden sheet can be shown again only by a program.
      * Fails with: "a workbook must contain at least one visible worksheet" when the last visible
-     * sheet would be hidden, "book not found".
+     * sheet would be hidden, "book not found". XML books: "hidden is out of range".
      *     ISheetA* lookup = book->addSheet("Lookup");
      *     lookup->setHidden(SheetVeryHidden); */
     virtual bool setHidden(SheetState state = SheetHidden) = 0;
@@ -1175,13 +1178,13 @@ public:
      *     book->setActiveSheet(0); */
     virtual ISheetT<T>* insertSheet(int index, const T* name, ISheetT<T>* initSheet = 0) = 0;
     /* The sheet at index, 0 to sheetCount() - 1.
-     * Fails with: "index is out of range".
+     * Fails with: "index is out of range". XML books: "sheet not found".
      *     for (int i = 0; i < book->sheetCount(); ++i)
      *         puts(book->getSheet(i)->name()); */
     virtual ISheetT<T>* getSheet(int index) const = 0;
     /* Kind of the sheet at index (SheetType): a worksheet, a chart sheet or another substream
      * that is kept as it is; 2 (SheetTypeOther) on failure.
-     * Fails with: "index is out of range".
+     * Fails with: "index is out of range". XML books: "sheet not found".
      *     if (book->sheetType(1) == SheetTypeChart)
      *         puts("a chart sheet"); */
     virtual int sheetType(int index) const = 0;

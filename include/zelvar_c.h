@@ -113,14 +113,14 @@ ZELVAR_API SheetHandle zvBookAddSheetW(BookHandle handle, const wchar_t* name, S
 ZELVAR_API SheetHandle zvBookInsertSheetA(BookHandle handle, int index, const char* name, SheetHandle initSheet);
 ZELVAR_API SheetHandle zvBookInsertSheetW(BookHandle handle, int index, const wchar_t* name, SheetHandle initSheet);
 /* The sheet at index, 0 to sheetCount() - 1.
- * Fails with: "index is out of range".
+ * Fails with: "index is out of range". XML books: "sheet not found".
  *     for (int i = 0; i < zvBookSheetCountA(book); ++i)
  *         puts(zvSheetNameA(zvBookGetSheetA(book, i))); */
 ZELVAR_API SheetHandle zvBookGetSheetA(BookHandle handle, int index);
 ZELVAR_API SheetHandle zvBookGetSheetW(BookHandle handle, int index);
 /* Kind of the sheet at index (SheetType): a worksheet, a chart sheet or another substream
  * that is kept as it is; 2 (SheetTypeOther) on failure.
- * Fails with: "index is out of range".
+ * Fails with: "index is out of range". XML books: "sheet not found".
  *     if (zvBookSheetTypeA(book, 1) == 1)
  *         puts("a chart sheet"); */
 ZELVAR_API int zvBookSheetTypeA(BookHandle handle, int index);
@@ -495,7 +495,7 @@ ZELVAR_API double zvSheetRowHeightA(SheetHandle handle, int row);
 ZELVAR_API double zvSheetRowHeightW(SheetHandle handle, int row);
 /* Width (in characters), format and hidden state of the columns colFirst to colLast.
  * Fails with: "col must be in range 0-255", "colLast must be greater than or equal to
- * colFirst", "specified format not found".
+ * colFirst", "specified format not found". XML books: "col must be less than 16384".
  *     zvSheetSetColA(sheet, 0, 0, 30, NULL, 0);
  *     zvSheetSetColA(sheet, 1, 4, 12, fmt, 0); */
 ZELVAR_API int zvSheetSetColA(SheetHandle handle, int colFirst, int colLast, double width, FormatHandle format, int hidden);
@@ -542,14 +542,16 @@ ZELVAR_API int zvSheetGetMergeW(SheetHandle handle, int row, int col, int* rowFi
 /* Merges the block; its absent cells become blanks with the top left cell's format. Overlap
  * with other blocks is not checked.
  * Fails with: "col must be in range 0-255", "rowLast must be greater than or equal to
- * rowFirst", "colLast must be greater than or equal to colFirst".
+ * rowFirst", "colLast must be greater than or equal to colFirst". XML books: "col must be less
+ * than 16384".
  *     zvSheetWriteStrA(sheet, 0, 0, "Quarterly report", fmt);
  *     zvSheetSetMergeA(sheet, 0, 0, 0, 3); */
 ZELVAR_API int zvSheetSetMergeA(SheetHandle handle, int rowFirst, int rowLast, int colFirst, int colLast);
 ZELVAR_API int zvSheetSetMergeW(SheetHandle handle, int rowFirst, int rowLast, int colFirst, int colLast);
 /* Removes the merged block that holds the cell; false, with the message left as it was, when
  * no block holds it.
- * Fails with: "row must be in range 0-65535", "col must be in range 0-255".
+ * Fails with: "row must be in range 0-65535", "col must be in range 0-255". XML books: "this
+ * cell isn't in merging block" when no block holds it.
  *     zvSheetSetMergeA(sheet, 0, 0, 0, 3);
  *     zvSheetDelMergeA(sheet, 0, 2); */
 ZELVAR_API int zvSheetDelMergeA(SheetHandle handle, int row, int col);
@@ -969,7 +971,8 @@ ZELVAR_API void zvSheetClearPrintAreaA(SheetHandle handle);
 ZELVAR_API void zvSheetClearPrintAreaW(SheetHandle handle);
 /* The block of a name in this sheet's scope, through the pointers (each may be null).
  * Fails with: "named range is not found", also for a name that refers to something other than
- * one cell or block.
+ * one cell or block. XML books: "warning: some parts were skipped" for a name of several
+ * blocks (a warning: the first block comes back).
  *     int r1, r2, c1, c2;
  *     if (zvSheetGetNamedRangeA(sheet, "Prices", &r1, &r2, &c1, &c2)) printf("%d..%d\n", r1, r2); */
 ZELVAR_API int zvSheetGetNamedRangeA(SheetHandle handle, const char* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast);
@@ -983,7 +986,7 @@ ZELVAR_API int zvSheetGetNamedRangeW(SheetHandle handle, const wchar_t* name, in
 ZELVAR_API int zvSheetSetNamedRangeA(SheetHandle handle, const char* name, int rowFirst, int rowLast, int colFirst, int colLast);
 ZELVAR_API int zvSheetSetNamedRangeW(SheetHandle handle, const wchar_t* name, int rowFirst, int rowLast, int colFirst, int colLast);
 /* Removes a name in this sheet's scope.
- * Fails with: "named range is not found".
+ * Fails with: "named range is not found". XML books: "named range not found".
  *     if (!zvSheetDelNamedRangeA(sheet, "Prices"))
  *         puts(zvBookErrorMessageA(book)); */
 ZELVAR_API int zvSheetDelNamedRangeA(SheetHandle handle, const char* name);
@@ -1035,7 +1038,7 @@ ZELVAR_API int zvSheetHiddenA(SheetHandle handle);
 ZELVAR_API int zvSheetHiddenW(SheetHandle handle);
 /* Shows or hides the sheet; a very hidden sheet can be shown again only by a program.
  * Fails with: "a workbook must contain at least one visible worksheet" when the last visible
- * sheet would be hidden, "book not found".
+ * sheet would be hidden, "book not found". XML books: "hidden is out of range".
  *     SheetHandle lookup = zvBookAddSheetA(book, "Lookup", NULL);
  *     zvSheetSetHiddenA(lookup, 2); */
 ZELVAR_API int zvSheetSetHiddenA(SheetHandle handle, int state);
