@@ -413,7 +413,8 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             break;
         }
         case 235:
-            _drawingGroup.clear();
+            // Writers split a large drawing group over several MsoDrawingGroup records, each
+            // with its own CONTINUEs; together they are the one drawing group of the book.
             readRawWithContinues(xls, type, size, _drawingGroup);
             break;
         case 252: _sst.read(xls, size, &_pool); break;
