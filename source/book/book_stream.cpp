@@ -96,19 +96,17 @@ std::wstring BookImplT<T>::referenceName(uint16_t ixti) const {
     for (const auto& block : _supBookBlocks) {
         size_t at = externSheetAt(block);
         if (at == block.size()) continue;
-        {
-            std::vector<uint8_t> table = joinedTable(block, at);
-            if (table.size() < 2) continue;
-            size_t count = table[0] | table[1] << 8;
-            if (ixti >= count || 2 + 6u * (ixti + 1u) > table.size()) return L"#REF!";
-            const uint8_t* xti = table.data() + 2 + 6u * ixti;
-            int16_t first = static_cast<int16_t>(xti[2] | xti[3] << 8);
-            int16_t last = static_cast<int16_t>(xti[4] | xti[5] << 8);
-            int sheets = static_cast<int>(_sheets.size());
-            if (first < 0 || first >= sheets || last < 0 || last >= sheets) return L"#REF!";
-            if (first == last) return GetFormula::quote(_sheets[first]->nameRef()) + L"!";
-            return GetFormula::quote(_sheets[first]->nameRef() + L":" + _sheets[last]->nameRef()) + L"!";
-        }
+        std::vector<uint8_t> table = joinedTable(block, at);
+        if (table.size() < 2) continue;
+        size_t count = table[0] | table[1] << 8;
+        if (ixti >= count || 2 + 6u * (ixti + 1u) > table.size()) return L"#REF!";
+        const uint8_t* xti = table.data() + 2 + 6u * ixti;
+        int16_t first = static_cast<int16_t>(xti[2] | xti[3] << 8);
+        int16_t last = static_cast<int16_t>(xti[4] | xti[5] << 8);
+        int sheets = static_cast<int>(_sheets.size());
+        if (first < 0 || first >= sheets || last < 0 || last >= sheets) return L"#REF!";
+        if (first == last) return GetFormula::quote(_sheets[first]->nameRef()) + L"!";
+        return GetFormula::quote(_sheets[first]->nameRef() + L":" + _sheets[last]->nameRef()) + L"!";
     }
     return std::wstring();
 }
@@ -240,32 +238,30 @@ void BookImplT<T>::followSheetList(int index, bool inserted) {
     for (auto& block : _supBookBlocks) {
         size_t table = externSheetAt(block);
         if (table == block.size()) continue;
-        {
-            std::vector<uint8_t> entries = joinedTable(block, table);
-            if (entries.size() < 2) continue;
-            size_t count = std::min<size_t>(u16(entries, 0), (entries.size() - 2) / 6);
-            for (size_t k = 0; k < count; ++k) {
-                size_t at = 2 + 6 * k;
-                if (u16(entries, at) != self) continue;
-                int first = static_cast<int16_t>(u16(entries, at + 2));
-                int last = static_cast<int16_t>(u16(entries, at + 4));
-                if (inserted) {
-                    if (first >= index) {
-                        ++first;
-                        ++last;
-                    } else if (last >= index) {
-                        ++last;
-                    }
-                } else {
-                    if (index >= first && index <= last) first = last = -1;
-                    if (first > index) --first;
-                    if (last > index) --last;
+        std::vector<uint8_t> entries = joinedTable(block, table);
+        if (entries.size() < 2) continue;
+        size_t count = std::min<size_t>(u16(entries, 0), (entries.size() - 2) / 6);
+        for (size_t k = 0; k < count; ++k) {
+            size_t at = 2 + 6 * k;
+            if (u16(entries, at) != self) continue;
+            int first = static_cast<int16_t>(u16(entries, at + 2));
+            int last = static_cast<int16_t>(u16(entries, at + 4));
+            if (inserted) {
+                if (first >= index) {
+                    ++first;
+                    ++last;
+                } else if (last >= index) {
+                    ++last;
                 }
-                set16(entries, at + 2, first);
-                set16(entries, at + 4, last);
+            } else {
+                if (index >= first && index <= last) first = last = -1;
+                if (first > index) --first;
+                if (last > index) --last;
             }
-            storeTable(block, table, entries);
+            set16(entries, at + 2, first);
+            set16(entries, at + 4, last);
         }
+        storeTable(block, table, entries);
     }
 }
 
@@ -281,15 +277,13 @@ bool BookImplT<T>::xtiCoversTab(uint16_t ixti, int tab) const {
     for (const auto& block : _supBookBlocks) {
         size_t at = externSheetAt(block);
         if (at == block.size()) continue;
-        {
-            std::vector<uint8_t> table = joinedTable(block, at);
-            if (table.size() < 2) continue;
-            size_t count = std::min<size_t>(table[0] | table[1] << 8, (table.size() - 2) / 6);
-            if (ixti >= count) return false;
-            const uint8_t* x = table.data() + 2 + 6 * ixti;
-            int first = static_cast<int16_t>(x[2] | x[3] << 8), last = static_cast<int16_t>(x[4] | x[5] << 8);
-            return (x[0] | x[1] << 8) == self && tab >= first && tab <= last;
-        }
+        std::vector<uint8_t> table = joinedTable(block, at);
+        if (table.size() < 2) continue;
+        size_t count = std::min<size_t>(table[0] | table[1] << 8, (table.size() - 2) / 6);
+        if (ixti >= count) return false;
+        const uint8_t* x = table.data() + 2 + 6 * ixti;
+        int first = static_cast<int16_t>(x[2] | x[3] << 8), last = static_cast<int16_t>(x[4] | x[5] << 8);
+        return (x[0] | x[1] << 8) == self && tab >= first && tab <= last;
     }
     return false;
 }

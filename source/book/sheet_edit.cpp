@@ -241,7 +241,7 @@ bool SheetImplT<T>::removeRow(int rowFirst, int rowLast) {
         }
         shiftNotes(rowFirst, count, true, false);
         removeMerges(asked, rowLast, true);
-        updateNamedRange(rowFirst, rowLast, true, false);
+        updateNamedRange(asked, rowLast, true, false);
         _dimensionsDirty = true;
         return true;
     });
