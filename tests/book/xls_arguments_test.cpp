@@ -142,7 +142,7 @@ std::vector<Op> sheetOps() {
 }
 
 std::vector<Op> bookOps() {
-    static int a1, a2, a3, a4;
+    static int a1, a2, a3;
     static const char* data;
     static unsigned size;
     return {
