@@ -1,6 +1,7 @@
 // Raw records and the payload reader that record classes parse with. A record the library does
 // not interpret is kept as its id and payload and written back unchanged.
 #pragma once
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -100,6 +101,23 @@ public:
         uint8_t flags = noFlag ? 0 : u8();
         return chars(count, flags);
     }
+    // The same, where an empty text may be stored as its count alone, without the flag byte.
+    std::wstring stringOrBareCount(bool shortCount, bool noFlag) {
+        if (!noFlag && left() == (shortCount ? 1u : 2u)) {
+            if ((shortCount ? u8() : u16()) != 0) fail();
+            return std::wstring();
+        }
+        return string(shortCount, noFlag);
+    }
+    // The same, taking only the characters the record holds when its count claims more; bytes
+    // behind the text are skipped.
+    std::wstring stringWithin(bool shortCount, bool noFlag) {
+        size_t count = shortCount ? u8() : u16();
+        uint8_t flags = noFlag ? 0 : u8();
+        std::wstring text = chars(std::min(count, left() / ((flags & 1) ? 2 : 1)), flags);
+        _pos = _data.size();
+        return text;
+    }
     std::wstring chars(size_t count, uint8_t flags) {
         std::wstring out;
         out.reserve(count);
@@ -153,6 +171,8 @@ public:
     // Text the library writes is always in the 16-bit form.
     void string16(const std::wstring& text, bool shortCount) {
         std::wstring units = utf16Units(text);
+        // The count field must hold what is written, not only the characters asked for.
+        if (units.size() > (shortCount ? 255u : 65535u)) throw zverror("string is too long");
         if (shortCount)
             u8(static_cast<uint8_t>(units.size()));
         else

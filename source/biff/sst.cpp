@@ -28,7 +28,7 @@ template <class T>
 unsigned StrMap<T>::insert(const ExtString<T>& string, bool force, bool& inserted) {
     if (!force) {
         auto found = _map.find(string);
-        if (found != _map.end()) {
+        if (found != _map.end() && found->second != kNoSlot) {
             inserted = false;
             return found->second;
         }
@@ -42,7 +42,10 @@ unsigned StrMap<T>::insert(const ExtString<T>& string, bool force, bool& inserte
 
 template <class T>
 void StrMap<T>::insert(unsigned index, const ExtString<T>& string) {
-    _strings.at(index) = string;
+    // The old text leaves the slot: its entry must not lead a later insert of that text here.
+    auto old = _map.find(_strings.at(index));
+    if (old != _map.end() && old->second == index) old->second = kNoSlot;
+    _strings[index] = string;
     _map[string] = index;
 }
 

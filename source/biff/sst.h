@@ -63,15 +63,17 @@ public:
     // Index of an equal string, or -1.
     long find(const ExtString<T>& string) const {
         auto found = _map.find(string);
-        return found == _map.end() ? -1 : static_cast<long>(found->second);
+        return found == _map.end() || found->second == kNoSlot ? -1 : static_cast<long>(found->second);
     }
-    // Replaces the slot's string; the old text still maps to the slot.
+    // Replaces the slot's string; the old text no longer maps to the slot.
     void insert(unsigned index, const ExtString<T>& string);
     const ExtString<T>& extract(unsigned index) const { return _strings.at(index); }
     unsigned count() const { return static_cast<unsigned>(_strings.size()); }
     void reset();
 
 private:
+    // Map value of a text whose slot was given to another text.
+    static constexpr unsigned kNoSlot = ~0u;
     std::vector<ExtString<T>> _strings;
     google::sparse_hash_map<ExtString<T>, unsigned, ExtStringHash<T>, eqstr<T>> _map;
 };

@@ -12,6 +12,60 @@
 
 namespace zelvar {
 
+namespace {
+
+// The external sheet table (an ExternSheet record) of a SupBook block, at its position in the
+// block, or the block's size when it has none.
+template <class T>
+size_t externSheetAt(const std::vector<Biff<T>>& block) {
+    for (size_t r = 0; r < block.size(); ++r)
+        if (block[r].id == 23) return r;
+    return block.size();
+}
+
+// A long table goes on in CONTINUE records; its entries may be cut anywhere between them. The
+// whole table is their payloads joined.
+template <class T>
+std::vector<uint8_t> joinedTable(const std::vector<Biff<T>>& block, size_t at) {
+    std::vector<uint8_t> table = block[at].payload;
+    for (size_t r = at + 1; r < block.size() && block[r].id == 60; ++r)
+        table.insert(table.end(), block[r].payload.begin(), block[r].payload.end());
+    return table;
+}
+
+// Puts the joined table back. A table of the same length keeps the pieces the file had; any other
+// is cut anew: the count and as many entries as fit into the first record, then CONTINUEs of whole
+// entries.
+template <class T>
+void storeTable(std::vector<Biff<T>>& block, size_t at, const std::vector<uint8_t>& table) {
+    size_t end = at + 1;
+    size_t length = block[at].payload.size();
+    while (end < block.size() && block[end].id == 60) length += block[end++].payload.size();
+    if (length == table.size()) {
+        size_t from = 0;
+        for (size_t r = at; r < end; ++r) {
+            std::copy(table.begin() + static_cast<long>(from),
+                      table.begin() + static_cast<long>(from + block[r].payload.size()), block[r].payload.begin());
+            from += block[r].payload.size();
+        }
+        return;
+    }
+    std::vector<Biff<T>> pieces;
+    const size_t entriesPerRecord = 8224 / 6;
+    size_t first = std::min(table.size(), 2 + 6 * entriesPerRecord);
+    pieces.emplace_back(23);
+    pieces.back().payload.assign(table.begin(), table.begin() + static_cast<long>(first));
+    for (size_t from = first; from < table.size(); from += 6 * entriesPerRecord) {
+        size_t to = std::min(table.size(), from + 6 * entriesPerRecord);
+        pieces.emplace_back(60);
+        pieces.back().payload.assign(table.begin() + static_cast<long>(from), table.begin() + static_cast<long>(to));
+    }
+    block.erase(block.begin() + static_cast<long>(at), block.begin() + static_cast<long>(end));
+    block.insert(block.begin() + static_cast<long>(at), pieces.begin(), pieces.end());
+}
+
+}  // namespace
+
 // Text of old files is 8-bit in the book's code page; it was widened byte by byte.
 template <class T>
 void BookImplT<T>::decodeCodePage(std::wstring& text) const {
@@ -40,18 +94,19 @@ void BookImplT<T>::decodeCodePage(std::wstring& text) const {
 template <class T>
 std::wstring BookImplT<T>::referenceName(uint16_t ixti) const {
     for (const auto& block : _supBookBlocks) {
-        for (const auto& record : block) {
-            if (record.id != 23 || record.payload.size() < 2) continue;
-            size_t count = record.payload[0] | record.payload[1] << 8;
-            if (ixti >= count || 2 + 6u * (ixti + 1u) > record.payload.size()) return L"#REF!";
-            const uint8_t* xti = record.payload.data() + 2 + 6u * ixti;
-            int16_t first = static_cast<int16_t>(xti[2] | xti[3] << 8);
-            int16_t last = static_cast<int16_t>(xti[4] | xti[5] << 8);
-            int sheets = static_cast<int>(_sheets.size());
-            if (first < 0 || first >= sheets || last < 0 || last >= sheets) return L"#REF!";
-            if (first == last) return GetFormula::quote(_sheets[first]->nameRef()) + L"!";
-            return GetFormula::quote(_sheets[first]->nameRef() + L":" + _sheets[last]->nameRef()) + L"!";
-        }
+        size_t at = externSheetAt(block);
+        if (at == block.size()) continue;
+        std::vector<uint8_t> table = joinedTable(block, at);
+        if (table.size() < 2) continue;
+        size_t count = table[0] | table[1] << 8;
+        if (ixti >= count || 2 + 6u * (ixti + 1u) > table.size()) return L"#REF!";
+        const uint8_t* xti = table.data() + 2 + 6u * ixti;
+        int16_t first = static_cast<int16_t>(xti[2] | xti[3] << 8);
+        int16_t last = static_cast<int16_t>(xti[4] | xti[5] << 8);
+        int sheets = static_cast<int>(_sheets.size());
+        if (first < 0 || first >= sheets || last < 0 || last >= sheets) return L"#REF!";
+        if (first == last) return GetFormula::quote(_sheets[first]->nameRef()) + L"!";
+        return GetFormula::quote(_sheets[first]->nameRef() + L":" + _sheets[last]->nameRef()) + L"!";
     }
     return std::wstring();
 }
@@ -82,8 +137,8 @@ void BookImplT<T>::getIndexesByName(const std::wstring& quoted, int& first, int&
 // (an ExternSheet record) stands after the last SupBook block.
 template <class T>
 uint16_t BookImplT<T>::makeXti(const std::wstring& sheet) {
-    int first = -1, last = -1;
-    getIndexesByName(sheet, first, last);
+    int first = -1, lastTab = -1;
+    getIndexesByName(sheet, first, lastTab);
     size_t self = _supBookBlocks.size();
     for (size_t i = 0; i < _supBookBlocks.size(); ++i) {
         const auto& head = _supBookBlocks[i].front();
@@ -98,43 +153,52 @@ uint16_t BookImplT<T>::makeXti(const std::wstring& sheet) {
         supBook.payload = {static_cast<uint8_t>(tabs), static_cast<uint8_t>(tabs >> 8), 1, 4};
         _supBookBlocks.push_back({supBook});
     }
-    // Take the ExternSheet record to the end of the last block, where it must stand.
-    Biff<T> table(23);
-    table.payload = {0, 0};
-    for (auto& block : _supBookBlocks) {
-        for (size_t r = 0; r < block.size(); ++r) {
-            if (block[r].id != 23) continue;
-            if (r + 1 < block.size() && block[r + 1].id == 60)
-                throw zverror("too many external sheet references");
-            table = block[r];
-            block.erase(block.begin() + static_cast<long>(r));
+    // The ExternSheet record, with its continuations, must stand at the end of the last block.
+    std::vector<Biff<T>>& last = _supBookBlocks.back();
+    size_t at = externSheetAt(last);
+    if (at == last.size()) {
+        for (size_t b = 0; b + 1 < _supBookBlocks.size(); ++b) {
+            auto& block = _supBookBlocks[b];
+            size_t r = externSheetAt(block);
+            if (r == block.size()) continue;
+            size_t end = r + 1;
+            while (end < block.size() && block[end].id == 60) ++end;
+            at = last.size();
+            last.insert(last.end(), block.begin() + static_cast<long>(r), block.begin() + static_cast<long>(end));
+            block.erase(block.begin() + static_cast<long>(r), block.begin() + static_cast<long>(end));
             break;
         }
     }
-    if (table.payload.size() < 2) table.payload = {0, 0};
-    size_t count = table.payload[0] | table.payload[1] << 8;
-    count = std::min(count, (table.payload.size() - 2) / 6);
+    if (at == last.size()) {
+        last.emplace_back(23);
+        last.back().payload = {0, 0};
+    }
+    std::vector<uint8_t> table = joinedTable(last, at);
+    if (table.size() < 2) table = {0, 0};
+    size_t count = table[0] | table[1] << 8;
+    count = std::min(count, (table.size() - 2) / 6);
     uint16_t found = static_cast<uint16_t>(count);
     for (size_t i = 0; i < count; ++i) {
-        const uint8_t* x = table.payload.data() + 2 + 6 * i;
+        const uint8_t* x = table.data() + 2 + 6 * i;
         if ((x[0] | x[1] << 8) == static_cast<int>(self) && static_cast<int16_t>(x[2] | x[3] << 8) == first &&
-            static_cast<int16_t>(x[4] | x[5] << 8) == last) {
+            static_cast<int16_t>(x[4] | x[5] << 8) == lastTab) {
             found = static_cast<uint16_t>(i);
             break;
         }
     }
     if (found == count) {
-        if (2 + 6 * (count + 1) > 8224) throw zverror("too many external sheet references");
-        table.payload.resize(2 + 6 * count);
-        for (unsigned v : {static_cast<unsigned>(self), static_cast<unsigned>(first), static_cast<unsigned>(last)}) {
-            table.payload.push_back(static_cast<uint8_t>(v));
-            table.payload.push_back(static_cast<uint8_t>(v >> 8));
+        // The count field holds at most 65535 entries.
+        if (count >= 65535) throw zverror("error in record ExternSheet");
+        table.resize(2 + 6 * count);
+        for (unsigned v : {static_cast<unsigned>(self), static_cast<unsigned>(first), static_cast<unsigned>(lastTab)}) {
+            table.push_back(static_cast<uint8_t>(v));
+            table.push_back(static_cast<uint8_t>(v >> 8));
         }
         ++count;
-        table.payload[0] = static_cast<uint8_t>(count);
-        table.payload[1] = static_cast<uint8_t>(count >> 8);
+        table[0] = static_cast<uint8_t>(count);
+        table[1] = static_cast<uint8_t>(count >> 8);
+        storeTable(last, at, table);
     }
-    _supBookBlocks.back().push_back(table);
     return found;
 }
 
@@ -172,30 +236,32 @@ void BookImplT<T>::followSheetList(int index, bool inserted) {
     }
     if (self < 0) return;
     for (auto& block : _supBookBlocks) {
-        for (auto& record : block) {
-            if (record.id != 23 || record.payload.size() < 2) continue;
-            size_t count = std::min<size_t>(u16(record.payload, 0), (record.payload.size() - 2) / 6);
-            for (size_t k = 0; k < count; ++k) {
-                size_t at = 2 + 6 * k;
-                if (u16(record.payload, at) != self) continue;
-                int first = static_cast<int16_t>(u16(record.payload, at + 2));
-                int last = static_cast<int16_t>(u16(record.payload, at + 4));
-                if (inserted) {
-                    if (first >= index) {
-                        ++first;
-                        ++last;
-                    } else if (last >= index) {
-                        ++last;
-                    }
-                } else {
-                    if (index >= first && index <= last) first = last = -1;
-                    if (first > index) --first;
-                    if (last > index) --last;
+        size_t table = externSheetAt(block);
+        if (table == block.size()) continue;
+        std::vector<uint8_t> entries = joinedTable(block, table);
+        if (entries.size() < 2) continue;
+        size_t count = std::min<size_t>(u16(entries, 0), (entries.size() - 2) / 6);
+        for (size_t k = 0; k < count; ++k) {
+            size_t at = 2 + 6 * k;
+            if (u16(entries, at) != self) continue;
+            int first = static_cast<int16_t>(u16(entries, at + 2));
+            int last = static_cast<int16_t>(u16(entries, at + 4));
+            if (inserted) {
+                if (first >= index) {
+                    ++first;
+                    ++last;
+                } else if (last >= index) {
+                    ++last;
                 }
-                set16(record.payload, at + 2, first);
-                set16(record.payload, at + 4, last);
+            } else {
+                if (index >= first && index <= last) first = last = -1;
+                if (first > index) --first;
+                if (last > index) --last;
             }
+            set16(entries, at + 2, first);
+            set16(entries, at + 4, last);
         }
+        storeTable(block, table, entries);
     }
 }
 
@@ -209,14 +275,15 @@ bool BookImplT<T>::xtiCoversTab(uint16_t ixti, int tab) const {
     }
     if (self < 0) return false;
     for (const auto& block : _supBookBlocks) {
-        for (const auto& record : block) {
-            if (record.id != 23 || record.payload.size() < 2) continue;
-            size_t count = std::min<size_t>(record.payload[0] | record.payload[1] << 8, (record.payload.size() - 2) / 6);
-            if (ixti >= count) return false;
-            const uint8_t* x = record.payload.data() + 2 + 6 * ixti;
-            int first = static_cast<int16_t>(x[2] | x[3] << 8), last = static_cast<int16_t>(x[4] | x[5] << 8);
-            return (x[0] | x[1] << 8) == self && tab >= first && tab <= last;
-        }
+        size_t at = externSheetAt(block);
+        if (at == block.size()) continue;
+        std::vector<uint8_t> table = joinedTable(block, at);
+        if (table.size() < 2) continue;
+        size_t count = std::min<size_t>(table[0] | table[1] << 8, (table.size() - 2) / 6);
+        if (ixti >= count) return false;
+        const uint8_t* x = table.data() + 2 + 6 * ixti;
+        int first = static_cast<int16_t>(x[2] | x[3] << 8), last = static_cast<int16_t>(x[4] | x[5] << 8);
+        return (x[0] | x[1] << 8) == self && tab >= first && tab <= last;
     }
     return false;
 }
@@ -413,7 +480,8 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             break;
         }
         case 235:
-            _drawingGroup.clear();
+            // Writers split a large drawing group over several MsoDrawingGroup records, each
+            // with its own CONTINUEs; together they are the one drawing group of the book.
             readRawWithContinues(xls, type, size, _drawingGroup);
             break;
         case 252: _sst.read(xls, size, &_pool); break;
@@ -473,7 +541,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
                 if (in.left()) block.style.istyBuiltIn = in.u8();
                 if (in.left()) block.style.iLevel = in.u8();
             } else if (in.left()) {
-                block.style.name = in.string(biff5(), biff5());
+                block.style.name = in.stringOrBareCount(biff5(), biff5());
                 if (biff5()) decodeCodePage(block.style.name);
             }
             in.done();
@@ -492,7 +560,8 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             RecordReader in(xls, size, "Format");
             if (size < (biff5() ? 3 : 5)) in.fail();
             uint16_t id = in.u16();
-            _customNumFormats.emplace_back(id, in.string(biff5(), biff5()));
+            // The text is what the record holds, whatever its count says.
+            _customNumFormats.emplace_back(id, in.stringWithin(biff5(), biff5()));
             if (biff5()) decodeCodePage(_customNumFormats.back().second);
             break;
         }
@@ -644,7 +713,7 @@ void BookImplT<T>::writeStream() {
         if (block.style.builtIn()) {
             w.u8(block.style.istyBuiltIn);
             w.u8(block.style.iLevel);
-        } else if (!block.style.name.empty()) {
+        } else {
             w.string16(block.style.name, false);
         }
         w.write(xls, 659);

@@ -80,6 +80,8 @@ struct Label {
     uint16_t row = 0, col = 0, xf = 15;
     const wchar_t* text = nullptr;
     bool biff5 = false;
+    // Formatting runs of a rich text cell (record 214), count included, as read; empty for a Label.
+    std::vector<uint8_t> runs;
 };
 
 // A formula cell with what stands around it in the file.

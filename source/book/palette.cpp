@@ -49,7 +49,8 @@ int Palette::addRGB(int red, int green, int blue) {
 }
 
 void Palette::getRGB(int color, int* red, int* green, int* blue) const {
-    const LongRGB& c = colors.at(static_cast<size_t>(color - 8));
+    // Indexes below 8 or beyond the table wrap round to large numbers and fail at().
+    const LongRGB& c = colors.at(static_cast<size_t>(static_cast<unsigned>(color) - 8u));
     if (red) *red = c.red;
     if (green) *green = c.green;
     if (blue) *blue = c.blue;

@@ -16,6 +16,20 @@ void setNoteField(std::vector<uint8_t>& p, size_t at, unsigned v) {
     p[at] = static_cast<uint8_t>(v);
     p[at + 1] = static_cast<uint8_t>(v >> 8);
 }
+
+// Line numbers far outside the grid act like the grid's edge plus its size; limiting them keeps
+// every sum of the edits inside int.
+constexpr long long kFarLine = 1 << 20;
+
+// The count of a line range, with its message when the range is reversed; both limits are then
+// brought within reach of the grid.
+int lineCount(int& first, int& last, const char* reversed) {
+    long long count = static_cast<long long>(last) - first + 1;
+    if (count < 1) throw zverror(reversed);
+    first = static_cast<int>(std::max(-kFarLine, std::min<long long>(first, kFarLine)));
+    last = static_cast<int>(std::max(-kFarLine, std::min<long long>(last, kFarLine)));
+    return last - first + 1;
+}
 }  // namespace
 
 template <class T>
@@ -132,17 +146,17 @@ void SheetImplT<T>::removeMerges(int first, int last, bool isRow) {
 template <class T>
 bool SheetImplT<T>::insertRow(int rowFirst, int rowLast) {
     return _book->guard(false, [&] {
-        const int count = rowLast - rowFirst + 1;
-        if (count < 1) throw zverror("rowLast must be greater than or equal to rowFirst");
-        if (rowFirst < 65536 && rowFirst >= 0) {
-            for (int r = 65535; r >= rowFirst; --r) {
+        const int count = lineCount(rowFirst, rowLast, "rowLast must be greater than or equal to rowFirst");
+        if (rowFirst < 65536) {
+            for (int r = 65535; r >= std::max(rowFirst, 0); --r) {
                 if (!_sheetIndex(static_cast<unsigned>(r))) continue;
                 for (unsigned c = 0; c < SheetIndex::kCols; ++c) {
                     uint32_t e = _sheetIndex(static_cast<unsigned>(r), c);
                     if (!e || SheetIndex::kind(e) == KindLabel) continue;
-                    int moved = static_cast<uint16_t>(r + count);
+                    // A cell pushed beyond the last row leaves the grid.
+                    int moved = r + count;
                     moveRecord(e, moved, static_cast<int>(c));
-                    if (moved > r) _sheetIndex(static_cast<unsigned>(moved), c) = e;
+                    if (moved <= 65535) _sheetIndex(static_cast<unsigned>(moved), c) = e;
                     _sheetIndex(static_cast<unsigned>(r), c) = 0;
                 }
             }
@@ -150,7 +164,7 @@ bool SheetImplT<T>::insertRow(int rowFirst, int rowLast) {
         shiftNotes(rowFirst, count, true, true);
         insertMerges(rowFirst, rowLast, true);
         if (rowLast <= 65534) {
-            for (int dst = 65535, src = 65535 - count; dst >= rowLast + 1; --dst, --src) {
+            for (int dst = 65535, src = 65535 - count; dst >= std::max(rowLast + 1, 0); --dst, --src) {
                 if (dst < count || src < 0) continue;
                 if (rowHeight(src) != rowHeight(dst) || rowHidden(src) != rowHidden(dst))
                     if (!setRow(dst, rowHeight(src), nullptr, rowHidden(src))) throw zverror(_book->errorMessage());
@@ -167,10 +181,9 @@ bool SheetImplT<T>::insertRow(int rowFirst, int rowLast) {
 template <class T>
 bool SheetImplT<T>::insertCol(int colFirst, int colLast) {
     return _book->guard(false, [&] {
-        const int count = colLast - colFirst + 1;
-        if (count < 1) throw zverror("colLast must be greater than or equal to colFirst");
-        if (colFirst <= 255 && colFirst >= 0) {
-            for (int c = 255; c >= colFirst; --c) {
+        const int count = lineCount(colFirst, colLast, "colLast must be greater than or equal to colFirst");
+        if (colFirst <= 255) {
+            for (int c = 255; c >= std::max(colFirst, 0); --c) {
                 for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
                     if (!_sheetIndex(r)) continue;
                     uint32_t e = _sheetIndex(r, static_cast<unsigned>(c));
@@ -185,13 +198,14 @@ bool SheetImplT<T>::insertCol(int colFirst, int colLast) {
         shiftNotes(colFirst, count, false, true);
         insertMerges(colFirst, colLast, false);
         if (colLast <= 254) {
-            for (int dst = 255, src = 255 - count; dst >= colLast + 1; --dst, --src) {
+            for (int dst = 255, src = 255 - count; dst >= std::max(colLast + 1, 0); --dst, --src) {
                 if (dst < count || src < 0) continue;
                 if (colWidth(src) != colWidth(dst) || colHidden(src) != colHidden(dst))
                     if (!setCol(dst, dst, colWidth(src), nullptr, colHidden(src))) throw zverror(_book->errorMessage());
             }
         }
-        if (!setCol(std::max(colFirst, 0), std::min(colLast, 255), 8.43, nullptr, false))
+        if (colLast >= 0 && colFirst <= 255 &&
+            !setCol(std::max(colFirst, 0), std::min(colLast, 255), 8.43, nullptr, false))
             throw zverror(_book->errorMessage());
         _dimensionsDirty = true;
         return true;
@@ -201,32 +215,33 @@ bool SheetImplT<T>::insertCol(int colFirst, int colLast) {
 template <class T>
 bool SheetImplT<T>::removeRow(int rowFirst, int rowLast) {
     return _book->guard(false, [&] {
-        const int count = rowLast - rowFirst + 1;
-        if (count < 1) throw zverror("rowLast must be greater than or equal to rowFirst");
+        const int count = lineCount(rowFirst, rowLast, "rowLast must be greater than or equal to rowFirst");
+        const int asked = rowFirst;
         rowFirst = std::max(rowFirst, 0);
         for (int dst = rowFirst; dst <= 65535 - count; ++dst) {
             int src = dst + count;
             if (rowHeight(src) != rowHeight(dst) || rowHidden(src) != rowHidden(dst))
                 if (!setRow(dst, rowHeight(src), nullptr, rowHidden(src))) throw zverror(_book->errorMessage());
         }
-        for (int r = rowFirst; r <= rowLast && r <= 65535; ++r)
-            for (unsigned c = 0; c < SheetIndex::kCols; ++c) _sheetIndex(static_cast<unsigned>(r), c) = 0;
+        // Rows without a block hold no cells: nothing to clear there.
+        if (rowLast >= 0) clearIndexes(rowFirst, std::min(rowLast, 65535), 0, 255, false);
         if (rowLast + 1 <= 65535) {
-            for (int r = rowLast + 1; r <= 65535; ++r) {
+            for (int r = std::max(rowLast + 1, 0); r <= 65535; ++r) {
                 if (!_sheetIndex(static_cast<unsigned>(r))) continue;
                 for (unsigned c = 0; c < SheetIndex::kCols; ++c) {
                     uint32_t e = _sheetIndex(static_cast<unsigned>(r), c);
                     if (!e || SheetIndex::kind(e) == KindLabel) continue;
-                    int moved = static_cast<uint16_t>(r - count);
+                    // A cell moved above the first row leaves the grid.
+                    int moved = r - count;
                     moveRecord(e, moved, static_cast<int>(c));
-                    if (moved < r) _sheetIndex(static_cast<unsigned>(moved), c) = e;
+                    if (moved >= 0) _sheetIndex(static_cast<unsigned>(moved), c) = e;
                     _sheetIndex(static_cast<unsigned>(r), c) = 0;
                 }
             }
         }
         shiftNotes(rowFirst, count, true, false);
-        removeMerges(rowFirst, rowLast, true);
-        updateNamedRange(rowFirst, rowLast, true, false);
+        removeMerges(asked, rowLast, true);
+        updateNamedRange(asked, rowLast, true, false);
         _dimensionsDirty = true;
         return true;
     });
@@ -235,8 +250,8 @@ bool SheetImplT<T>::removeRow(int rowFirst, int rowLast) {
 template <class T>
 bool SheetImplT<T>::removeCol(int colFirst, int colLast) {
     return _book->guard(false, [&] {
-        const int count = colLast - colFirst + 1;
-        if (count < 1) throw zverror("colLast must be greater than or equal to colFirst");
+        const int count = lineCount(colFirst, colLast, "colLast must be greater than or equal to colFirst");
+        const int asked = colFirst;
         colFirst = std::max(colFirst, 0);
         for (int dst = colFirst; dst <= 255 - count; ++dst) {
             int src = dst + count;
@@ -244,19 +259,20 @@ bool SheetImplT<T>::removeCol(int colFirst, int colLast) {
                 if (!setCol(dst, dst, colWidth(src), nullptr, colHidden(src))) throw zverror(_book->errorMessage());
         }
         clearIndexes(0, 65535, colFirst, std::min(colLast, 255), false);
-        for (int c = colLast + 1; c <= 255; ++c) {
+        for (int c = std::max(colLast + 1, 0); c <= 255; ++c) {
             for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
                 if (!_sheetIndex(r)) continue;
                 uint32_t e = _sheetIndex(r, static_cast<unsigned>(c));
                 if (!e || SheetIndex::kind(e) == KindLabel) continue;
+                // As with rows: a cell moved before the first column leaves the grid.
                 int moved = c - count;
                 moveRecord(e, static_cast<int>(r), moved);
-                _sheetIndex(r, static_cast<unsigned>(moved)) = e;
+                if (moved >= 0) _sheetIndex(r, static_cast<unsigned>(moved)) = e;
                 _sheetIndex(r, static_cast<unsigned>(c)) = 0;
             }
         }
         shiftNotes(colFirst, count, false, false);
-        removeMerges(colFirst, colLast, false);
+        removeMerges(asked, colLast, false);
         _dimensionsDirty = true;
         return true;
     });

@@ -763,6 +763,15 @@ bool SheetImplT<T>::writeFormula(int row, int col, const T* value, IFormatT<T>* 
             std::memset(block.formula.result, 0, sizeof block.formula.result);
             block.formula.grbit = 0;
             block.formula.stringValue = nullptr;
+            // The records that belonged to the old formula (its shared formula, array or table,
+            // text result) would contradict the new tokens and the reset result.
+            block.shared = false;
+            block.shrFmla.clear();
+            block.arrayType = 0;
+            block.arrayRecord.clear();
+            block.hasString = false;
+            block.stringRecord.clear();
+            block.stringContinues.clear();
         } else {
             FormulaBlock block;
             block.formula.row = static_cast<uint16_t>(row);

@@ -5,6 +5,7 @@
 #pragma once
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "book/book_impl.h"
@@ -279,6 +280,10 @@ private:
     Dimensions _dimensions;
     Window2 _window2;
     std::vector<Row> _rows;
+    // Row number to the first of _rows with it. Rows are only ever appended, so the lookup
+    // catches up with the ones added since it last looked.
+    mutable std::unordered_map<uint16_t, uint32_t> _rowLookup;
+    mutable size_t _rowLookupCount = 0;
     RecordVector<LabelSst> _labelSsts;
     RecordVector<Label> _labels;
     RecordVector<RK> _rks;

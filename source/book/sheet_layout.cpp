@@ -21,16 +21,22 @@ constexpr int kMaxDigitWidth = 7;
 
 template <class T>
 Row* SheetImplT<T>::findRow(int row) {
-    for (Row& r : _rows)
-        if (r.row == row) return &r;
-    return nullptr;
+    return const_cast<Row*>(static_cast<const SheetImplT<T>*>(this)->findRow(row));
 }
 
+// Row operations over a range look up every row of it: a search through _rows each time would
+// make them quadratic.
 template <class T>
 const Row* SheetImplT<T>::findRow(int row) const {
-    for (const Row& r : _rows)
-        if (r.row == row) return &r;
-    return nullptr;
+    if (_rowLookupCount > _rows.size()) {
+        _rowLookup.clear();
+        _rowLookupCount = 0;
+    }
+    for (; _rowLookupCount < _rows.size(); ++_rowLookupCount)
+        _rowLookup.emplace(_rows[_rowLookupCount].row, static_cast<uint32_t>(_rowLookupCount));
+    if (row < 0 || row > 65535) return nullptr;
+    auto found = _rowLookup.find(static_cast<uint16_t>(row));
+    return found == _rowLookup.end() ? nullptr : &_rows[found->second];
 }
 
 template <class T>

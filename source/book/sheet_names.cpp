@@ -112,6 +112,18 @@ bool SheetImplT<T>::setNamedRange(const T* name, int rowFirst, int rowLast, int 
                           static_cast<unsigned>(k == 0 ? rowFirst : k == 1 ? rowLast : k == 2 ? colFirst : colLast));
                 return true;
             }
+            // Any other form (a single cell, a formula) is replaced by the area: one name of
+            // this name and scope.
+            std::vector<uint8_t> tokens = area3d(_book->makeXti(_name), rowFirst, rowLast, colFirst, colLast);
+            for (auto& record : _book->lblRef()) {
+                if (record.empty() || &record.front() != lbl) continue;
+                record.resize(1);  // continuations held the old tokens
+                break;
+            }
+            lbl->payload.resize(view.tokensAt);
+            lbl->payload.insert(lbl->payload.end(), tokens.begin(), tokens.end());
+            put16(lbl->payload, 4, static_cast<unsigned>(tokens.size()));
+            return true;
         }
         uint16_t ixti = _book->makeXti(_name);
         addName(wide, false, area3d(ixti, rowFirst, rowLast, colFirst, colLast));

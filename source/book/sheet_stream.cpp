@@ -44,15 +44,20 @@ void SheetImplT<T>::read(XlsStream& xls) {
     _rks.reserve(70000);
     _blanks.reserve(800);
     bool sawBof = false;
+    uint16_t previous = 0;
     while (!xls.eof()) {
         uint16_t type = 0, size = 0;
         if (xls.readInt16(&type) < 2) break;
         if (type == 0) throw zverror("read error: record id can't be 0");
         if (xls.readInt16(&size) < 2) throw zverror("read error: the stream ends inside a record");
         if (type == 10) break;
+        uint16_t before = previous;
+        previous = type;
         if (type == 2057) {
             if (sawBof) {
-                if (_bof.dt != 16) throw zverror("read error: unexpected BOF record");
+                // Embedded charts come only behind a drawing object; anywhere else a second BOF
+                // means a broken stream.
+                if (_bof.dt != 16 || (before != 93 && before != 236)) throw zverror("read error: unexpected BOF record");
                 // A chart embedded in the sheet: its whole substream travels with the drawing.
                 Biff<T> bof(type);
                 bof.read(xls, size);
@@ -65,6 +70,13 @@ void SheetImplT<T>::read(XlsStream& xls) {
                     readRaw(xls, t, n, _objects);
                     if (t == 2057) ++depth;
                     if (t == 10) --depth;
+                }
+                // The drawing goes on behind the chart, in CONTINUE records of its own.
+                while (!xls.eof() && xls.peekInt16() == 60) {
+                    uint16_t t = 0, n = 0;
+                    xls.readInt16(&t);
+                    xls.readInt16(&n);
+                    readRaw(xls, t, n, _objects);
                 }
                 continue;
             }
@@ -95,7 +107,7 @@ void SheetImplT<T>::readPageSetup(XlsStream& xls, uint16_t type, uint16_t size) 
             case 20:
             case 21: {
                 RecordReader in(xls, size, type == 20 ? "Header" : "Footer");
-                std::wstring text = in.size() ? in.string(biff5, biff5) : std::wstring();
+                std::wstring text = in.size() ? in.stringOrBareCount(biff5, biff5) : std::wstring();
                 if (biff5) _book->decodeCodePage(text);
                 (type == 20 ? _header : _footer) = text;
                 break;
@@ -408,7 +420,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             if (cell.col < 256) placeCell(cell);
             break;
         }
-        case 214:  // a text cell with formatting runs: the text is kept, the runs are not
+        case 214:  // a text cell with formatting runs, which are kept as the file has them
         case 516: {
             RecordReader in(xls, size, "Label");
             Label cell;
@@ -419,12 +431,20 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             if (biff5) _book->decodeCodePage(text);
             cell.text = _book->pool().copyW(text.data(), text.size());
             cell.biff5 = biff5;
+            if (type == 214) {
+                // The run count, then per run the character position and the font.
+                size_t count = biff5 ? in.u8() : in.u16();
+                in.skip(count * (biff5 ? 2 : 4));
+                in.done();
+                cell.runs.assign(in.at() - (biff5 ? 1 + 2 * count : 2 + 4 * count), in.at());
+            }
             if (cell.col < 256) placeCell(cell);
             break;
         }
         case 517: {
             RecordReader in(xls, size, "BoolErr");
-            if (size != 8) in.fail();
+            // Some writers pad the record with a ninth byte, which carries nothing.
+            if (size != 8 && size != 9) in.fail();
             BoolErr cell;
             cell.row = in.u16();
             cell.col = in.u16();
@@ -551,7 +571,8 @@ void SheetImplT<T>::writeCells(XlsStream& xls) {
                     const Label& x = _labels[p];
                     w.u16(x.row), w.u16(x.col), w.u16(x.xf);
                     w.string16(x.text ? x.text : L"", false);
-                    w.write(xls, 516);
+                    w.bytes(x.runs.data(), x.runs.size());
+                    w.write(xls, x.runs.empty() ? 516 : 214);
                     break;
                 }
                 case KindFormula: {

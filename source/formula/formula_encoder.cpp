@@ -243,8 +243,9 @@ void FormulaEncoder::makeFormula(std::vector<uint8_t>& out, const std::wstring& 
         }
         if (token.size() >= 2 && token.front() == L'"' && token.back() == L'"') {
             std::wstring text = token.substr(1, token.size() - 2);
-            if (text.size() > 255) throw zverror("string is too long");
+            // The limit holds for what the file gets: characters beyond 16 bits take two units.
             std::wstring units = RecordWriter::utf16Units(text);
+            if (units.size() > 255) throw zverror("string is too long");
             out.push_back(0x17);
             out.push_back(static_cast<uint8_t>(units.size()));
             out.push_back(1);

@@ -17,7 +17,8 @@ void ExcelUtil::appendColLetters(std::wstring& out, int col) {
 }
 
 std::wstring ExcelUtil::rowColToAddr(int row, int col, bool rowRelative, bool colRelative) {
-    if (static_cast<unsigned>(row + 1) > 1048576u) throw zverror("row must be in range 0-1048575");
+    // row + 1 taken as unsigned, computed so that the largest int does not overflow.
+    if (static_cast<unsigned>(row) + 1u > 1048576u) throw zverror("row must be in range 0-1048575");
     if (col >= 16384 || col < 0) throw zverror("col must be in range 0-16383");
     std::wstring out;
     out.reserve(12);
