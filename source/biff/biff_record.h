@@ -50,17 +50,27 @@ struct EmptyBiff : Biff<T> {
 // fails with "<Name> size is incorrect".
 class RecordReader {
 public:
-    RecordReader(XlsStream& xls, uint16_t size, const char* name) : _name(name) {
-        _data.resize(size);
-        int got = size ? xls.read(reinterpret_cast<char*>(_data.data()), size) : 0;
+    // Cell records are short: their payload stays in the reader itself, with no allocation.
+    RecordReader(XlsStream& xls, uint16_t size, const char* name) : _size(size), _name(name) {
+        uint8_t* into = _inline;
+        if (size > sizeof _inline) {
+            _heap.resize(size);
+            into = _heap.data();
+        }
+        _data = into;
+        int got = size ? xls.read(reinterpret_cast<char*>(into), size) : 0;
         if (got < size) throw zverror("read error: the stream ends inside a record");
     }
-    RecordReader(const std::vector<uint8_t>& data, const char* name) : _data(data), _name(name) {}
+    // Reads a payload kept elsewhere, which must outlive the reader.
+    RecordReader(const std::vector<uint8_t>& data, const char* name)
+        : _data(data.data()), _size(data.size()), _name(name) {}
+    RecordReader(const RecordReader&) = delete;
+    RecordReader& operator=(const RecordReader&) = delete;
 
-    size_t size() const { return _data.size(); }
+    size_t size() const { return _size; }
     size_t pos() const { return _pos; }
-    size_t left() const { return _data.size() - _pos; }
-    const uint8_t* at() const { return _data.data() + _pos; }
+    size_t left() const { return _size - _pos; }
+    const uint8_t* at() const { return _data + _pos; }
     uint8_t u8() {
         need(1);
         return _data[_pos++];
@@ -81,13 +91,13 @@ public:
     double f64() {
         need(8);
         double v;
-        std::memcpy(&v, _data.data() + _pos, 8);
+        std::memcpy(&v, _data + _pos, 8);
         _pos += 8;
         return v;
     }
     void bytes(void* out, size_t n) {
         need(n);
-        std::memcpy(out, _data.data() + _pos, n);
+        std::memcpy(out, _data + _pos, n);
         _pos += n;
     }
     void skip(size_t n) {
@@ -116,15 +126,18 @@ public:
     }
     // The whole payload must have been used.
     void done() const {
-        if (_pos != _data.size()) fail();
+        if (_pos != _size) fail();
     }
     [[noreturn]] void fail() const { throw zverror(std::string(_name) + " size is incorrect"); }
 
 private:
     void need(size_t n) const {
-        if (_data.size() - _pos < n) fail();
+        if (_size - _pos < n) fail();
     }
-    std::vector<uint8_t> _data;
+    uint8_t _inline[32];
+    std::vector<uint8_t> _heap;
+    const uint8_t* _data;
+    size_t _size;
     size_t _pos = 0;
     const char* _name;
 };

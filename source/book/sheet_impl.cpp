@@ -509,9 +509,8 @@ IFormatT<T>* SheetImplT<T>::cellFormat(int row, int col) const {
 template <class T>
 void SheetImplT<T>::recalcDimensions() {
     _dimensions.reset();
-    for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
-        if (!_sheetIndex(r)) continue;
-        for (unsigned c = 0; c < SheetIndex::kCols; ++c)
+    for (unsigned r = _sheetIndex.nextRow(0); r < SheetIndex::kRows; r = _sheetIndex.nextRow(r + 1)) {
+        for (unsigned c = _sheetIndex.colBegin(r), end = _sheetIndex.colEnd(r); c < end; ++c)
             if (_sheetIndex(r, c)) _dimensions.update(r, c);
     }
     for (const auto& merge : _mergeCells) {
@@ -526,12 +525,19 @@ void SheetImplT<T>::recalcDimensions() {
     }
 }
 
+// Writes keep the used range exact as they go; only loads and edits that can shrink or move it
+// leave it to be recomputed, once, when it is next asked for.
 template <class T>
-int SheetImplT<T>::firstRow() const {
+void SheetImplT<T>::settleDimensions() const {
     if (_dimensionsDirty) {
         const_cast<SheetImplT*>(this)->recalcDimensions();
         _dimensionsDirty = false;
     }
+}
+
+template <class T>
+int SheetImplT<T>::firstRow() const {
+    settleDimensions();
     return static_cast<int>(_dimensions.rwMic);
 }
 

@@ -164,6 +164,8 @@ public:
     uint16_t getFormatID(unsigned row, unsigned col) const;
     const T* tc(const wchar_t* text) const;
     void recalcDimensions();
+    // Recomputes the used range only when an edit or a load left it stale.
+    void settleDimensions() const;
     bool findDateChars(const wchar_t* text) const;
     void setSelected(bool selected);
     bool refA1() const { return _refA1; }

@@ -1,6 +1,10 @@
 // Row and column to the packed entry of the record that holds the cell: two array accesses per
-// lookup, a block of 256 entries for each touched row and nothing for untouched ones.
+// lookup, a block of 256 entries for each touched row and nothing for untouched ones. The row
+// table grows with the highest touched row, a bitmap says which rows have a block, and each
+// block remembers the columns it was written in, so walks over the cells cost what the sheet
+// holds, not the size of the grid.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -12,7 +16,7 @@ public:
     static constexpr unsigned kRows = 65536;
     static constexpr unsigned kCols = 256;
 
-    SheetIndex() { std::memset(_rows, 0, sizeof _rows); }
+    SheetIndex() { std::memset(_present, 0, sizeof _present); }
     SheetIndex(const SheetIndex& other) : SheetIndex() { copyFrom(other); }
     SheetIndex& operator=(const SheetIndex& other) {
         if (this != &other) {
@@ -25,15 +29,32 @@ public:
 
     // The entry of a cell; the row's block is made on first use.
     uint32_t& operator()(unsigned row, unsigned col) {
-        uint32_t*& block = _rows[row];
-        if (!block) block = newBlock();
-        return block[col];
+        Block* block = row < _capacity ? _rows[row] : nullptr;
+        if (!block) block = addRow(row);
+        if (col < block->colBegin) block->colBegin = static_cast<uint16_t>(col);
+        if (col >= block->colEnd) block->colEnd = static_cast<uint16_t>(col + 1);
+        return block->cells[col];
     }
     // Reading needs the row's block to exist: test with operator()(row) first.
-    uint32_t operator()(unsigned row, unsigned col) const { return _rows[row][col]; }
-    bool operator()(unsigned row) const { return _rows[row] != nullptr; }
+    uint32_t operator()(unsigned row, unsigned col) const { return _rows[row]->cells[col]; }
+    bool operator()(unsigned row) const { return row < _capacity && _rows[row] != nullptr; }
     // The entry, or 0 when the row has no block.
-    uint32_t get(unsigned row, unsigned col) const { return _rows[row] ? _rows[row][col] : 0; }
+    uint32_t get(unsigned row, unsigned col) const {
+        const Block* block = row < _capacity ? _rows[row] : nullptr;
+        return block ? block->cells[col] : 0;
+    }
+    // The first row at or after `row` that has a block, or kRows when there is none.
+    unsigned nextRow(unsigned row) const {
+        for (unsigned word = row >> 6; word < kRows / 64; ++word) {
+            uint64_t bits = _present[word];
+            if (word == row >> 6) bits &= ~0ull << (row & 63);
+            if (bits) return word * 64 + static_cast<unsigned>(__builtin_ctzll(bits));
+        }
+        return kRows;
+    }
+    // The columns of a row's block that may hold entries: [begin, end); empty when begin >= end.
+    unsigned colBegin(unsigned row) const { return _rows[row]->colBegin; }
+    unsigned colEnd(unsigned row) const { return _rows[row]->colEnd; }
     // Gives a row's block back (all its entries must be 0 or no longer wanted).
     void dropRow(unsigned row);
     void clear();
@@ -43,14 +64,31 @@ public:
     static unsigned position(uint32_t entry) { return entry >> 4; }
 
 private:
-    // Blocks come from chunks of one huge page; dropped blocks are reused before new ones.
-    uint32_t* newBlock();
+    struct Block {
+        uint16_t colBegin, colEnd;  // every entry written since the block was made lies within
+        uint32_t spare[3];
+        uint32_t cells[kCols];
+    };
+    struct Chunk {
+        void* memory;
+        size_t bytes;
+        bool huge;
+    };
+
+    Block* addRow(unsigned row);
+    void growTable(unsigned row);
+    // Blocks come from chunks that start small and double up to one huge page; dropped blocks
+    // are reused before new ones.
+    Block* newBlock();
     void copyFrom(const SheetIndex& other);
 
-    uint32_t* _rows[kRows];
-    std::vector<uint32_t*> _chunks;
-    std::vector<uint32_t*> _freeBlocks;
-    unsigned _usedInChunk = 0;
+    Block** _rows = nullptr;  // _capacity slots, grown to cover the highest touched row
+    unsigned _capacity = 0;
+    uint64_t _present[kRows / 64];
+    std::vector<Chunk> _chunks;
+    std::vector<Block*> _freeBlocks;
+    Block* _chunkNext = nullptr;
+    size_t _chunkLeft = 0;
 };
 
 }  // namespace zelvar

@@ -509,9 +509,8 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
 template <class T>
 void SheetImplT<T>::writeCells(XlsStream& xls) {
     RecordWriter w;
-    for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
-        if (!_sheetIndex(r)) continue;
-        for (unsigned c = 0; c < SheetIndex::kCols; ++c) {
+    for (unsigned r = _sheetIndex.nextRow(0); r < SheetIndex::kRows; r = _sheetIndex.nextRow(r + 1)) {
+        for (unsigned c = _sheetIndex.colBegin(r), end = _sheetIndex.colEnd(r); c < end; ++c) {
             uint32_t e = _sheetIndex(r, c);
             if (!(e & 1)) continue;
             unsigned p = SheetIndex::position(e);
@@ -662,7 +661,7 @@ void SheetImplT<T>::write(XlsStream& xls) {
     _sort.writeIfPresent(xls);
     _dropDownObjIds.writeIfPresent(xls);
     _autoFilterInfo.writeIfPresent(xls);
-    recalcDimensions();
+    settleDimensions();
     {
         RecordWriter w;
         w.u32(_dimensions.rwMic), w.u32(_dimensions.rwMac), w.u16(_dimensions.colMic), w.u16(_dimensions.colMac);
