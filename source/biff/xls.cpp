@@ -1,5 +1,7 @@
 #include "biff/xls.h"
 
+#include "biff/biff_record.h"
+
 #include <algorithm>
 #include <cstring>
 #include <iomanip>
@@ -764,6 +766,9 @@ std::wstring XlsStream::dump() const {
     }
     return out.str();
 }
+
+// Out of line, so that the field readers stay small enough to inline.
+void RecordReader::fail() const { throw zverror(std::string(_name) + " size is incorrect"); }
 
 void writeContinue(XlsStream& xls, uint16_t& left) {
     uint32_t sizeField = xls.writePos() + left - 8226;

@@ -559,7 +559,11 @@ void BookImplT<T>::readStream() {
         std::unique_ptr<SheetImplT<T>> sheet(new SheetImplT<T>(this));
         sheet->setWideName(_boundSheetNames[i]);
         sheet->setRefA1(!_refR1C1);
-        if (!_xls.eof()) sheet->read(_xls);
+        // The substream ends where the next one starts, or with the stream.
+        uint64_t start = _xls.bytesRead(), end = _xls.size();
+        if (i + 1 < _boundSheets.size() && _boundSheets[i + 1].lbPlyPos > start && _boundSheets[i + 1].lbPlyPos < end)
+            end = _boundSheets[i + 1].lbPlyPos;
+        if (!_xls.eof()) sheet->read(_xls, end > start ? end - start : 0);
         _sheets.push_back(sheet.release());
     }
     _boundSheetNames.clear();

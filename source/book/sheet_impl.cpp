@@ -509,9 +509,14 @@ IFormatT<T>* SheetImplT<T>::cellFormat(int row, int col) const {
 template <class T>
 void SheetImplT<T>::recalcDimensions() {
     _dimensions.reset();
+    // Per touched row only its first and last cell can widen the range.
     for (unsigned r = _sheetIndex.nextRow(0); r < SheetIndex::kRows; r = _sheetIndex.nextRow(r + 1)) {
-        for (unsigned c = _sheetIndex.colBegin(r), end = _sheetIndex.colEnd(r); c < end; ++c)
-            if (_sheetIndex(r, c)) _dimensions.update(r, c);
+        unsigned first = _sheetIndex.colBegin(r), last = _sheetIndex.colEnd(r);
+        while (first < last && !_sheetIndex(r, first)) ++first;
+        while (last > first && !_sheetIndex(r, last - 1)) --last;
+        if (first == last) continue;
+        _dimensions.update(r, first);
+        if (last - 1 != first) _dimensions.update(r, last - 1);
     }
     for (const auto& merge : _mergeCells) {
         for (const Rect& rect : merge) {
@@ -543,7 +548,7 @@ int SheetImplT<T>::firstRow() const {
 
 template <class T>
 int SheetImplT<T>::lastRow() const {
-    firstRow();
+    if (_dimensionsDirty) settleDimensions();
     return static_cast<int>(_dimensions.rwMac);
 }
 
@@ -555,7 +560,7 @@ int SheetImplT<T>::firstCol() const {
 
 template <class T>
 int SheetImplT<T>::lastCol() const {
-    firstRow();
+    if (_dimensionsDirty) settleDimensions();
     return _dimensions.colMac;
 }
 

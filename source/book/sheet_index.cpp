@@ -8,17 +8,18 @@
 namespace zelvar {
 
 namespace {
+constexpr size_t kBlockBytes = SheetIndex::kCols * sizeof(uint32_t);
 // The first chunk holds a few rows: a small sheet stays small. Chunks double from there until
 // they reach a huge page, from which point every chunk is one.
 constexpr size_t kFirstChunkBlocks = 4;
 }  // namespace
 
-SheetIndex::Block* SheetIndex::addRow(unsigned row) {
+uint32_t* SheetIndex::addRow(unsigned row) {
     if (row >= _capacity) growTable(row);
-    Block* block = newBlock();
-    block->colBegin = kCols;
-    block->colEnd = 0;
+    uint32_t* block = newBlock();
     _rows[row] = block;
+    _cols[row].begin = kCols;
+    _cols[row].end = 0;
     _present[row >> 6] |= 1ull << (row & 63);
     return block;
 }
@@ -27,24 +28,34 @@ void SheetIndex::growTable(unsigned row) {
     unsigned capacity = _capacity ? _capacity : 64;
     while (capacity <= row) capacity *= 2;
     if (capacity > kRows) capacity = kRows;
-    Block** rows = static_cast<Block**>(std::calloc(capacity, sizeof(Block*)));
-    if (!rows) throw std::bad_alloc();
-    if (_rows) std::memcpy(rows, _rows, _capacity * sizeof(Block*));
+    uint32_t** rows = static_cast<uint32_t**>(std::calloc(capacity, sizeof(uint32_t*)));
+    Span* cols = static_cast<Span*>(std::malloc(capacity * sizeof(Span)));
+    if (!rows || !cols) {
+        std::free(rows);
+        std::free(cols);
+        throw std::bad_alloc();
+    }
+    if (_capacity) {
+        std::memcpy(rows, _rows, _capacity * sizeof(uint32_t*));
+        std::memcpy(cols, _cols, _capacity * sizeof(Span));
+    }
     std::free(_rows);
+    std::free(_cols);
     _rows = rows;
+    _cols = cols;
     _capacity = capacity;
 }
 
-SheetIndex::Block* SheetIndex::newBlock() {
+uint32_t* SheetIndex::newBlock() {
     if (!_freeBlocks.empty()) {
-        Block* block = _freeBlocks.back();
+        uint32_t* block = _freeBlocks.back();
         _freeBlocks.pop_back();
-        std::memset(block, 0, sizeof(Block));
+        std::memset(block, 0, kBlockBytes);
         return block;
     }
     if (_chunkLeft == 0) {
-        size_t blocks = _chunks.empty() ? kFirstChunkBlocks : _chunks.back().bytes / sizeof(Block) * 2;
-        size_t bytes = blocks * sizeof(Block);
+        size_t blocks = _chunks.empty() ? kFirstChunkBlocks : _chunks.back().bytes / kBlockBytes * 2;
+        size_t bytes = blocks * kBlockBytes;
         Chunk chunk;
         chunk.huge = bytes >= kHugeThreshold;
         if (chunk.huge) {
@@ -57,11 +68,13 @@ SheetIndex::Block* SheetIndex::newBlock() {
         chunk.bytes = bytes;
         _chunks.reserve(_chunks.size() + 1);
         _chunks.push_back(chunk);
-        _chunkNext = static_cast<Block*>(chunk.memory);
-        _chunkLeft = bytes / sizeof(Block);
+        _chunkNext = static_cast<uint32_t*>(chunk.memory);
+        _chunkLeft = bytes / kBlockBytes;
     }
     --_chunkLeft;
-    return _chunkNext++;
+    uint32_t* block = _chunkNext;
+    _chunkNext += kCols;
+    return block;
 }
 
 void SheetIndex::dropRow(unsigned row) {
@@ -73,7 +86,9 @@ void SheetIndex::dropRow(unsigned row) {
 
 void SheetIndex::clear() {
     std::free(_rows);
+    std::free(_cols);
     _rows = nullptr;
+    _cols = nullptr;
     _capacity = 0;
     std::memset(_present, 0, sizeof _present);
     for (const Chunk& chunk : _chunks) {
@@ -90,8 +105,9 @@ void SheetIndex::clear() {
 
 void SheetIndex::copyFrom(const SheetIndex& other) {
     for (unsigned r = other.nextRow(0); r < kRows; r = other.nextRow(r + 1)) {
-        Block* block = addRow(r);
-        std::memcpy(block, other._rows[r], sizeof(Block));
+        uint32_t* block = addRow(r);
+        std::memcpy(block, other._rows[r], kBlockBytes);
+        _cols[r] = other._cols[r];
     }
 }
 

@@ -29,19 +29,20 @@ public:
 
     // The entry of a cell; the row's block is made on first use.
     uint32_t& operator()(unsigned row, unsigned col) {
-        Block* block = row < _capacity ? _rows[row] : nullptr;
+        uint32_t* block = row < _capacity ? _rows[row] : nullptr;
         if (!block) block = addRow(row);
-        if (col < block->colBegin) block->colBegin = static_cast<uint16_t>(col);
-        if (col >= block->colEnd) block->colEnd = static_cast<uint16_t>(col + 1);
-        return block->cells[col];
+        Span& span = _cols[row];
+        if (col < span.begin) span.begin = static_cast<uint16_t>(col);
+        if (col >= span.end) span.end = static_cast<uint16_t>(col + 1);
+        return block[col];
     }
     // Reading needs the row's block to exist: test with operator()(row) first.
-    uint32_t operator()(unsigned row, unsigned col) const { return _rows[row]->cells[col]; }
+    uint32_t operator()(unsigned row, unsigned col) const { return _rows[row][col]; }
     bool operator()(unsigned row) const { return row < _capacity && _rows[row] != nullptr; }
     // The entry, or 0 when the row has no block.
     uint32_t get(unsigned row, unsigned col) const {
-        const Block* block = row < _capacity ? _rows[row] : nullptr;
-        return block ? block->cells[col] : 0;
+        const uint32_t* block = row < _capacity ? _rows[row] : nullptr;
+        return block ? block[col] : 0;
     }
     // The first row at or after `row` that has a block, or kRows when there is none.
     unsigned nextRow(unsigned row) const {
@@ -53,8 +54,8 @@ public:
         return kRows;
     }
     // The columns of a row's block that may hold entries: [begin, end); empty when begin >= end.
-    unsigned colBegin(unsigned row) const { return _rows[row]->colBegin; }
-    unsigned colEnd(unsigned row) const { return _rows[row]->colEnd; }
+    unsigned colBegin(unsigned row) const { return _cols[row].begin; }
+    unsigned colEnd(unsigned row) const { return _cols[row].end; }
     // Gives a row's block back (all its entries must be 0 or no longer wanted).
     void dropRow(unsigned row);
     void clear();
@@ -64,10 +65,9 @@ public:
     static unsigned position(uint32_t entry) { return entry >> 4; }
 
 private:
-    struct Block {
-        uint16_t colBegin, colEnd;  // every entry written since the block was made lies within
-        uint32_t spare[3];
-        uint32_t cells[kCols];
+    // Every entry written since the row's block was made lies within [begin, end).
+    struct Span {
+        uint16_t begin, end;
     };
     struct Chunk {
         void* memory;
@@ -75,19 +75,21 @@ private:
         bool huge;
     };
 
-    Block* addRow(unsigned row);
+    uint32_t* addRow(unsigned row);
     void growTable(unsigned row);
     // Blocks come from chunks that start small and double up to one huge page; dropped blocks
     // are reused before new ones.
-    Block* newBlock();
+    uint32_t* newBlock();
     void copyFrom(const SheetIndex& other);
 
-    Block** _rows = nullptr;  // _capacity slots, grown to cover the highest touched row
+    // Both tables have _capacity slots, grown to cover the highest touched row.
+    uint32_t** _rows = nullptr;
+    Span* _cols = nullptr;
     unsigned _capacity = 0;
     uint64_t _present[kRows / 64];
     std::vector<Chunk> _chunks;
-    std::vector<Block*> _freeBlocks;
-    Block* _chunkNext = nullptr;
+    std::vector<uint32_t*> _freeBlocks;
+    uint32_t* _chunkNext = nullptr;
     size_t _chunkLeft = 0;
 };
 

@@ -36,13 +36,22 @@ void SheetImplT<T>::placeCell(const R& record) {
 }
 
 template <class T>
-void SheetImplT<T>::read(XlsStream& xls) {
-    _formulas.reserve(11000);
-    _unknownRecords.reserve(6000);
-    _rows.reserve(1200);
-    _labelSsts.reserve(9000);
-    _rks.reserve(70000);
-    _blanks.reserve(800);
+void SheetImplT<T>::read(XlsStream& xls, uint64_t length) {
+    // The substream's length bounds how many records of each kind it can hold: no vector grows
+    // during the load. Space reserved and not used costs address space only, and the vectors are
+    // cut to size at the end.
+    auto atMost = [&](unsigned recordBytes, size_t cap) {
+        return static_cast<size_t>(std::min<uint64_t>(length / recordBytes, cap));
+    };
+    const size_t cells = 1u << 24;
+    _formulas.reserve(atMost(24, 11000));
+    _unknownRecords.reserve(atMost(4, 6000));
+    _rows.reserve(atMost(20, SheetIndex::kRows));
+    _labelSsts.reserve(atMost(14, cells));
+    _rks.reserve(atMost(10, cells));
+    _numbers.reserve(atMost(18, cells));
+    _boolErrs.reserve(atMost(12, cells));
+    _blanks.reserve(atMost(10, cells));
     bool sawBof = false;
     while (!xls.eof()) {
         uint16_t type = 0, size = 0;
@@ -81,9 +90,11 @@ void SheetImplT<T>::read(XlsStream& xls) {
     _formulas.shrink_to_fit();
     _unknownRecords.shrink_to_fit();
     _rows.shrink_to_fit();
-    _labelSsts.shrink_to_fit();
-    _rks.shrink_to_fit();
-    _blanks.shrink_to_fit();
+    fitToSize(_labelSsts);
+    fitToSize(_rks);
+    fitToSize(_numbers);
+    fitToSize(_boolErrs);
+    fitToSize(_blanks);
     _dimensionsDirty = true;
 }
 
@@ -720,8 +731,8 @@ void SheetImplT<T>::write(XlsStream& xls) {
     xls.write(10, 0);
 }
 
-template void SheetImplT<char>::read(XlsStream&);
-template void SheetImplT<wchar_t>::read(XlsStream&);
+template void SheetImplT<char>::read(XlsStream&, uint64_t);
+template void SheetImplT<wchar_t>::read(XlsStream&, uint64_t);
 template void SheetImplT<char>::write(XlsStream&);
 template void SheetImplT<wchar_t>::write(XlsStream&);
 

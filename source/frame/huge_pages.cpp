@@ -31,4 +31,12 @@ void freeHuge(void* p, size_t bytes) {
     if (p) munmap(p, roundUp(bytes));
 }
 
+void releaseUnused(void* p, size_t used, size_t allocated) {
+    if (!p || allocated < kHugeThreshold) return;
+    constexpr uintptr_t kPage = 4096;
+    uintptr_t start = (reinterpret_cast<uintptr_t>(p) + used + kPage - 1) & ~(kPage - 1);
+    uintptr_t end = reinterpret_cast<uintptr_t>(p) + roundUp(allocated);
+    if (end > start) madvise(reinterpret_cast<void*>(start), end - start, MADV_DONTNEED);
+}
+
 }  // namespace zelvar

@@ -14,6 +14,10 @@ constexpr size_t kHugeThreshold = 1u << 20;
 // Zero-filled memory aligned to a huge page; throws std::bad_alloc.
 void* allocHuge(size_t bytes);
 void freeHuge(void* p, size_t bytes);
+// Gives back the pages of an allocation of `allocated` bytes beyond its first `used` bytes; they
+// read as zero when touched again. Only huge-page allocations are concerned: a huge page faulted
+// in by the last bytes in use would otherwise stay whole.
+void releaseUnused(void* p, size_t used, size_t allocated);
 
 // Allocator for the big record vectors: small requests from the heap, big ones on huge pages.
 template <class T>
@@ -40,5 +44,13 @@ struct HugeAllocator {
     template <class U>
     bool operator!=(const HugeAllocator<U>&) const noexcept { return false; }
 };
+
+// A vector cut to its size, with no memory held beyond it.
+template <class Vector>
+void fitToSize(Vector& v) {
+    v.shrink_to_fit();
+    releaseUnused(v.data(), v.size() * sizeof(typename Vector::value_type),
+                  v.capacity() * sizeof(typename Vector::value_type));
+}
 
 }  // namespace zelvar
