@@ -36,7 +36,7 @@ select=()
 if (( ! all )); then
   # The binary family and its peers; the office suite and the Perl peers take minutes and add
   # nothing to these ratios.
-  select=(--only W3 --only W4 --only 'xls]' --only LS2 --skip perl --skip soffice)
+  select=(--only W3 --only W4 --only 'xls]' --only LS2 --skip perl --skip soffice --skip LS3 --skip LS4)
 fi
 "$PEERS/run_all.sh" ${select[@]+"${select[@]}"} ${extra[@]+"${extra[@]}"}
 echo "results: $RESULTS" >&2

@@ -165,10 +165,10 @@ private:
     void flushOut(size_t keep);
 
     static constexpr size_t kHeaderSize = 512;
-    static constexpr size_t kFlushAt = 1u << 20;
+    static constexpr size_t kFlushAt = 256u << 10;
     // Bytes kept back at a flush, so that the back-patching of a record's recent size fields
     // stays in memory.
-    static constexpr size_t kKeepUnflushed = 64u << 10;
+    static constexpr size_t kKeepUnflushed = 32u << 10;
     static constexpr size_t kWindow = 256u << 10;
 
     std::iostream* _stream = nullptr;

@@ -56,12 +56,19 @@ uint32_t* SheetIndex::newBlock() {
     if (_chunkLeft == 0) {
         size_t blocks = _chunks.empty() ? kFirstChunkBlocks : _chunks.back().bytes / kBlockBytes * 2;
         size_t bytes = blocks * kBlockBytes;
+        size_t expectedLeft = _expectedRows > _blocksMade ? _expectedRows - _blocksMade : 0;
         Chunk chunk;
-        chunk.huge = bytes >= kHugeThreshold;
-        if (chunk.huge) {
+        if (bytes >= kHugeThreshold && expectedLeft && expectedLeft * kBlockBytes < kHugePage) {
+            // The last rows a loaded sheet announced: just as many blocks, in ordinary pages.
+            bytes = expectedLeft * kBlockBytes;
+            chunk.kind = kPages;
+            chunk.memory = allocPages(bytes);
+        } else if (bytes >= kHugeThreshold) {
             bytes = kHugePage;
+            chunk.kind = kHuge;
             chunk.memory = allocHuge(bytes);  // fresh mappings are zero already
         } else {
+            chunk.kind = kHeap;
             chunk.memory = std::calloc(1, bytes);
             if (!chunk.memory) throw std::bad_alloc();
         }
@@ -70,6 +77,7 @@ uint32_t* SheetIndex::newBlock() {
         _chunks.push_back(chunk);
         _chunkNext = static_cast<uint32_t*>(chunk.memory);
         _chunkLeft = bytes / kBlockBytes;
+        _blocksMade += _chunkLeft;
     }
     --_chunkLeft;
     uint32_t* block = _chunkNext;
@@ -92,8 +100,10 @@ void SheetIndex::clear() {
     _capacity = 0;
     std::memset(_present, 0, sizeof _present);
     for (const Chunk& chunk : _chunks) {
-        if (chunk.huge)
+        if (chunk.kind == kHuge)
             freeHuge(chunk.memory, chunk.bytes);
+        else if (chunk.kind == kPages)
+            freePages(chunk.memory, chunk.bytes);
         else
             std::free(chunk.memory);
     }
@@ -101,6 +111,8 @@ void SheetIndex::clear() {
     _freeBlocks.clear();
     _chunkNext = nullptr;
     _chunkLeft = 0;
+    _blocksMade = 0;
+    _expectedRows = 0;
 }
 
 void SheetIndex::copyFrom(const SheetIndex& other) {

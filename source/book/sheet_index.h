@@ -39,9 +39,12 @@ public:
     // Reading needs the row's block to exist: test with operator()(row) first.
     uint32_t operator()(unsigned row, unsigned col) const { return _rows[row][col]; }
     bool operator()(unsigned row) const { return row < _capacity && _rows[row] != nullptr; }
-    // The entry, or 0 when the row has no block.
+    // The entry, or 0 when the row has no block. Cells are mostly visited row after row, so the
+    // next row's block is fetched ahead while this one is read.
     uint32_t get(unsigned row, unsigned col) const {
-        const uint32_t* block = row < _capacity ? _rows[row] : nullptr;
+        if (row >= _capacity) return 0;
+        const uint32_t* block = _rows[row];
+        if (row + 1 < _capacity) __builtin_prefetch(_rows[row + 1]);
         return block ? block[col] : 0;
     }
     // The first row at or after `row` that has a block, or kRows when there is none.
@@ -56,6 +59,9 @@ public:
     // The columns of a row's block that may hold entries: [begin, end); empty when begin >= end.
     unsigned colBegin(unsigned row) const { return _cols[row].begin; }
     unsigned colEnd(unsigned row) const { return _cols[row].end; }
+    // How many rows a loaded sheet says it uses: the last blocks are then taken in ordinary pages
+    // rather than in a huge page that would stay mostly empty. More rows are still welcome.
+    void expectRows(size_t rows) { _expectedRows = rows; }
     // Gives a row's block back (all its entries must be 0 or no longer wanted).
     void dropRow(unsigned row);
     void clear();
@@ -69,10 +75,11 @@ private:
     struct Span {
         uint16_t begin, end;
     };
+    enum ChunkKind { kHeap, kPages, kHuge };
     struct Chunk {
         void* memory;
         size_t bytes;
-        bool huge;
+        ChunkKind kind;
     };
 
     uint32_t* addRow(unsigned row);
@@ -91,6 +98,8 @@ private:
     std::vector<uint32_t*> _freeBlocks;
     uint32_t* _chunkNext = nullptr;
     size_t _chunkLeft = 0;
+    size_t _blocksMade = 0;
+    size_t _expectedRows = 0;
 };
 
 }  // namespace zelvar

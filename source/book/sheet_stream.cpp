@@ -52,6 +52,13 @@ void SheetImplT<T>::read(XlsStream& xls, uint64_t length) {
     _numbers.reserve(atMost(18, cells));
     _boolErrs.reserve(atMost(12, cells));
     _blanks.reserve(atMost(10, cells));
+    // Most of that space stays unused: whole huge pages at the end of each vector would hold
+    // memory for nothing.
+    preferSmallPages(_labelSsts.data(), _labelSsts.capacity() * sizeof(LabelSst));
+    preferSmallPages(_rks.data(), _rks.capacity() * sizeof(RK));
+    preferSmallPages(_numbers.data(), _numbers.capacity() * sizeof(Number));
+    preferSmallPages(_boolErrs.data(), _boolErrs.capacity() * sizeof(BoolErr));
+    preferSmallPages(_blanks.data(), _blanks.capacity() * sizeof(Blank));
     bool sawBof = false;
     while (!xls.eof()) {
         uint16_t type = 0, size = 0;
@@ -465,6 +472,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             _dimensions.colMac = in.u16();
             _dimensions.reserved = in.u16();
             _dimensions.biff5 = biff5;
+            _sheetIndex.expectRows(_dimensions.rwMac > _dimensions.rwMic ? _dimensions.rwMac - _dimensions.rwMic : 0);
             break;
         }
         case 520: {
