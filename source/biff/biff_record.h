@@ -4,11 +4,15 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "biff/xls.h"
 #include "frame/zverror.h"
+
+// The field readers run once per field of every record loaded: always inline.
+#define ZV_INLINE inline __attribute__((always_inline))
 
 namespace zelvar {
 
@@ -51,44 +55,54 @@ struct EmptyBiff : Biff<T> {
 // fails with "<Name> size is incorrect".
 class RecordReader {
 public:
-    RecordReader(XlsStream& xls, uint16_t size, const char* name) : _name(name) {
-        _data.resize(size);
-        int got = size ? xls.read(reinterpret_cast<char*>(_data.data()), size) : 0;
+    // Cell records are short: their payload stays in the reader itself, with no allocation.
+    RecordReader(XlsStream& xls, uint16_t size, const char* name) : _size(size), _name(name) {
+        uint8_t* into = _inline;
+        if (size > sizeof _inline) {
+            _heap.reset(new uint8_t[size]);
+            into = _heap.get();
+        }
+        _data = into;
+        int got = size ? xls.read(reinterpret_cast<char*>(into), size) : 0;
         if (got < size) throw zverror("read error: the stream ends inside a record");
     }
-    RecordReader(const std::vector<uint8_t>& data, const char* name) : _data(data), _name(name) {}
+    // Reads a payload kept elsewhere, which must outlive the reader.
+    RecordReader(const std::vector<uint8_t>& data, const char* name)
+        : _data(data.data()), _size(data.size()), _name(name) {}
+    RecordReader(const RecordReader&) = delete;
+    RecordReader& operator=(const RecordReader&) = delete;
 
-    size_t size() const { return _data.size(); }
+    size_t size() const { return _size; }
     size_t pos() const { return _pos; }
-    size_t left() const { return _data.size() - _pos; }
-    const uint8_t* at() const { return _data.data() + _pos; }
-    uint8_t u8() {
+    size_t left() const { return _size - _pos; }
+    const uint8_t* at() const { return _data + _pos; }
+    ZV_INLINE uint8_t u8() {
         need(1);
         return _data[_pos++];
     }
-    uint16_t u16() {
+    ZV_INLINE uint16_t u16() {
         need(2);
         uint16_t v = static_cast<uint16_t>(_data[_pos] | _data[_pos + 1] << 8);
         _pos += 2;
         return v;
     }
-    uint32_t u32() {
+    ZV_INLINE uint32_t u32() {
         need(4);
         uint32_t v = static_cast<uint32_t>(_data[_pos]) | static_cast<uint32_t>(_data[_pos + 1]) << 8 |
                      static_cast<uint32_t>(_data[_pos + 2]) << 16 | static_cast<uint32_t>(_data[_pos + 3]) << 24;
         _pos += 4;
         return v;
     }
-    double f64() {
+    ZV_INLINE double f64() {
         need(8);
         double v;
-        std::memcpy(&v, _data.data() + _pos, 8);
+        std::memcpy(&v, _data + _pos, 8);
         _pos += 8;
         return v;
     }
     void bytes(void* out, size_t n) {
         need(n);
-        std::memcpy(out, _data.data() + _pos, n);
+        std::memcpy(out, _data + _pos, n);
         _pos += n;
     }
     void skip(size_t n) {
@@ -134,15 +148,18 @@ public:
     }
     // The whole payload must have been used.
     void done() const {
-        if (_pos != _data.size()) fail();
+        if (_pos != _size) fail();
     }
-    [[noreturn]] void fail() const { throw zverror(std::string(_name) + " size is incorrect"); }
+    [[noreturn]] void fail() const;
 
 private:
     void need(size_t n) const {
-        if (_data.size() - _pos < n) fail();
+        if (__builtin_expect(_size - _pos < n, 0)) fail();
     }
-    std::vector<uint8_t> _data;
+    uint8_t _inline[32];
+    std::unique_ptr<uint8_t[]> _heap;
+    const uint8_t* _data;
+    size_t _size;
     size_t _pos = 0;
     const char* _name;
 };

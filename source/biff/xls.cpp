@@ -1,5 +1,7 @@
 #include "biff/xls.h"
 
+#include "biff/biff_record.h"
+
 #include <algorithm>
 #include <cstring>
 #include <iomanip>
@@ -150,7 +152,10 @@ std::wstring DirEntry::nameText() const {
 XlsStream::XlsStream() { reset(true); }
 
 void XlsStream::reset(bool newBook) {
-    _out.clear();
+    _out.assign(kHeaderSize, '\0');
+    _outBase = 0;
+    _image = nullptr;
+    endLoad();
     _eof = false;
     _header.reset();
     _sectorSize = 1u << _header.sectorShift;
@@ -165,7 +170,6 @@ void XlsStream::reset(bool newBook) {
         _kept.clear();
         _miniFat.clear();
         _fat.clear();
-        _file.clear();
         return;
     }
     for (size_t i = 0; i < _dir.size(); ++i) {
@@ -178,6 +182,10 @@ void XlsStream::reset(bool newBook) {
 }
 
 void XlsStream::calcFileSize() {
+    if (_source || !_stream) {
+        _fileSize = _sourceSize;
+        return;
+    }
     _stream->seekg(0, std::ios::end);
     std::streamoff end = _stream->tellg();
     _fileSize = end > 0 ? static_cast<uint64_t>(end) : 0;
@@ -192,22 +200,52 @@ bool XlsStream::smallWorkbook() const { return _workbook < _dir.size() && _dir[_
 
 // ---------------------------------------------------------------- loading
 
+const uint8_t* XlsStream::fileBytes(uint64_t offset, size_t n) {
+    if (offset > _fileSize || n > _fileSize - offset) return nullptr;
+    if (_source) return reinterpret_cast<const uint8_t*>(_source) + offset;
+    if (offset >= _windowStart && offset + n <= _windowStart + _windowLength)
+        return reinterpret_cast<const uint8_t*>(_window.data()) + (offset - _windowStart);
+    if (!_stream) return nullptr;
+    // Refill the window from the stream; the bytes served from the old one are no longer at hand.
+    _fastLeft = 0;
+    _windowLength = 0;
+    uint64_t start = offset & ~static_cast<uint64_t>(4095);
+    size_t length = static_cast<size_t>(std::min<uint64_t>(std::max<uint64_t>(kWindow, offset - start + n), _fileSize - start));
+    if (_window.size() < length) _window.resize(length);
+    _stream->clear();
+    _stream->seekg(static_cast<std::streamoff>(start), std::ios::beg);
+    _stream->read(_window.data(), static_cast<std::streamsize>(length));
+    std::streamsize got = _stream->gcount();
+    _windowStart = start;
+    _windowLength = got > 0 ? static_cast<size_t>(got) : 0;
+    if (offset + n > _windowStart + _windowLength) return nullptr;
+    return reinterpret_cast<const uint8_t*>(_window.data()) + (offset - _windowStart);
+}
+
+// Forgets the loaded file's bytes: the book keeps what it read, and the kept streams their own.
+void XlsStream::endLoad() {
+    std::vector<char>().swap(_window);
+    _windowStart = 0;
+    _windowLength = 0;
+    _source = nullptr;
+    _sourceSize = 0;
+    _fastPtr = nullptr;
+    _fastLeft = 0;
+}
+
 uint32_t XlsStream::readWordAt(uint64_t offset, const char* corruptMessage) {
-    if (offset + 4 > _file.size()) throw zverror(corruptMessage);
-    return get32(reinterpret_cast<const uint8_t*>(_file.data()) + offset);
+    const uint8_t* p = fileBytes(offset, 4);
+    if (!p) throw zverror(corruptMessage);
+    return get32(p);
 }
 
 void XlsStream::readHeader(unsigned& bytesRead) {
-    // The whole file is taken into memory once; all further reads are offsets into it.
-    _file.assign(static_cast<size_t>(_fileSize), '\0');
-    if (_fileSize) {
-        _stream->seekg(0, std::ios::beg);
-        _stream->read(&_file[0], static_cast<std::streamsize>(_fileSize));
-        _file.resize(static_cast<size_t>(_stream->gcount() > 0 ? _stream->gcount() : 0));
-        _fileSize = _file.size();
-    }
-    if (_fileSize < 512) throw zverror("readHeader: file is corrupt (size < 512 bytes)");
-    _header.read(reinterpret_cast<const uint8_t*>(_file.data()));
+    // The file is read where it lies: in memory, or through a window on the stream.
+    _fastLeft = 0;
+    _windowLength = 0;
+    const uint8_t* head = _fileSize >= 512 ? fileBytes(0, 512) : nullptr;
+    if (!head) throw zverror("readHeader: file is corrupt (size < 512 bytes)");
+    _header.read(head);
     bytesRead += 512;
     if (_header.sectorShift < 7 || _header.sectorShift > 16 || _header.miniSectorShift < 1 ||
         _header.miniSectorShift > _header.sectorShift)
@@ -299,8 +337,8 @@ void XlsStream::loadFat() {
     for (uint32_t w : _difat) {
         if (w == kFreeSect) continue;
         uint64_t base = static_cast<uint64_t>(w + 1ull) * _sectorSize;
-        if (base + _sectorSize > _fileSize) throw zverror("loadFat: file is corrupt");
-        const uint8_t* p = reinterpret_cast<const uint8_t*>(_file.data()) + base;
+        const uint8_t* p = fileBytes(base, _sectorSize);
+        if (!p) throw zverror("loadFat: file is corrupt");
         for (uint32_t i = 0; i < words; ++i) _fat[at++] = get32(p + 4 * i);
     }
 }
@@ -318,8 +356,8 @@ void XlsStream::loadMiniFat() {
     while (true) {
         if (at >= _miniFat.size()) throw zverror("error in loading minifat");
         uint64_t base = static_cast<uint64_t>(sector + 1ull) * _sectorSize;
-        if (base + _sectorSize > _fileSize) throw zverror("loadMiniFat: file is corrupt");
-        const uint8_t* p = reinterpret_cast<const uint8_t*>(_file.data()) + base;
+        const uint8_t* p = fileBytes(base, _sectorSize);
+        if (!p) throw zverror("loadMiniFat: file is corrupt");
         for (uint32_t i = 0; i < words; ++i) _miniFat[at++] = get32(p + 4 * i);
         if (sector >= _fat.size()) throw zverror("loadMiniFat: error in fat");
         uint32_t next = _fat[sector];
@@ -351,8 +389,9 @@ void XlsStream::loadDir() {
         for (uint32_t i = 0; i < perSector; ++i) {
             if (index >= _dir.size()) throw zverror("Xls::loadDir(): unexpected DirEntry found");
             uint64_t at = base + 128ull * i;
-            if (at + 128 > _fileSize) throw zverror("loadDir: file is corrupt [2]");
-            _dir[index++].read(reinterpret_cast<const uint8_t*>(_file.data()) + at);
+            const uint8_t* p = fileBytes(at, 128);
+            if (!p) throw zverror("loadDir: file is corrupt [2]");
+            _dir[index++].read(p);
         }
         uint32_t next = _fat[sector];
         if (next == sector) throw zverror("loadDir: error in fat [2]");
@@ -361,31 +400,25 @@ void XlsStream::loadDir() {
 }
 
 void XlsStream::goSector(uint32_t sector) {
+    _fastLeft = 0;
     _sector = sector;
     _readPos = static_cast<uint64_t>(sector + 1ull) * _sectorSize;
 }
 
 // Mini sectors are found through the root entry's chain: writers do fragment the mini stream.
 void XlsStream::goMiniSector(uint32_t sector) {
+    _fastLeft = 0;
     _sector = sector;
     uint64_t offset = static_cast<uint64_t>(sector) * _miniSectorSize;
     uint64_t index = offset / _sectorSize;
     if (index >= _rootChain.size()) {
-        _readPos = _file.size();
+        _readPos = _fileSize;
         return;
     }
     _readPos = static_cast<uint64_t>(_rootChain[index] + 1ull) * _sectorSize + offset % _sectorSize;
 }
 
-int XlsStream::readFile(char* data, int n) {
-    if (_readPos >= _file.size()) return 0;
-    size_t take = static_cast<size_t>(std::min<uint64_t>(n, _file.size() - _readPos));
-    std::memcpy(data, _file.data() + _readPos, take);
-    _readPos += take;
-    return static_cast<int>(take);
-}
-
-int XlsStream::read(char* data, int n) {
+int XlsStream::readSlow(char* data, int n) {
     if (n <= 0) return 0;
     int got = readChain(data, n, smallWorkbook());
     _streamPos += static_cast<unsigned>(got);
@@ -412,15 +445,25 @@ int XlsStream::readChain(char* data, int n, bool mini) {
             _offsetInSector = 0;
             continue;
         }
-        int want = static_cast<int>(std::min<uint32_t>(room, static_cast<uint32_t>(n)));
-        int got = readFile(data + total, want);
-        total += got;
-        n -= got;
-        _offsetInSector += static_cast<uint32_t>(got);
-        if (got < want) {
-            _eof = true;
-            break;
+        if (_fastLeft == 0) {
+            // The rest of this sector, as far as the file holds it.
+            uint32_t avail = _readPos < _fileSize ? static_cast<uint32_t>(std::min<uint64_t>(room, _fileSize - _readPos)) : 0;
+            const uint8_t* p = avail ? fileBytes(_readPos, avail) : nullptr;
+            if (!p) {
+                _eof = true;
+                break;
+            }
+            _fastPtr = reinterpret_cast<const char*>(p);
+            _fastLeft = avail;
         }
+        uint32_t take = std::min<uint32_t>(_fastLeft, static_cast<uint32_t>(n));
+        std::memcpy(data + total, _fastPtr, take);
+        _fastPtr += take;
+        _fastLeft -= take;
+        _readPos += take;
+        _offsetInSector += take;
+        total += static_cast<int>(take);
+        n -= static_cast<int>(take);
     }
     return total;
 }
@@ -442,6 +485,7 @@ void XlsStream::setCheckPoint(uint16_t value) {
 }
 
 uint16_t XlsStream::restoreCheckPoint() {
+    _fastLeft = 0;
     _readPos = _checkPoint.readPos;
     _sector = _checkPoint.sector;
     _offsetInSector = _checkPoint.offsetInSector;
@@ -510,21 +554,19 @@ void XlsStream::readSections() {
         uint64_t steps = 0;
         while (bytes.size() < want && sector < _fat.size() && steps++ <= _fat.size()) {
             uint64_t base = static_cast<uint64_t>(sector + 1ull) * _sectorSize;
-            if (base >= _file.size()) break;
-            size_t take = static_cast<size_t>(std::min<uint64_t>({want - bytes.size(), _sectorSize, _file.size() - base}));
-            bytes.append(_file.data() + base, take);
+            if (base >= _fileSize) break;
+            size_t take = static_cast<size_t>(std::min<uint64_t>({want - bytes.size(), _sectorSize, _fileSize - base}));
+            const uint8_t* p = fileBytes(base, take);
+            if (!p) break;
+            bytes.append(reinterpret_cast<const char*>(p), take);
             sector = _fat[sector];
         }
         _kept.emplace(i, std::move(bytes));
     }
+    endLoad();
 }
 
 // ---------------------------------------------------------------- saving
-
-int XlsStream::write(const char* data, int n) {
-    if (n > 0) _out.append(data, static_cast<size_t>(n));
-    return n > 0 ? n : 0;
-}
 
 int XlsStream::write(uint16_t id, uint16_t size) {
     writeInt16(id);
@@ -559,40 +601,69 @@ int XlsStream::writeInt32(uint32_t value, uint16_t& left) {
 }
 
 void XlsStream::patch(uint32_t pos, const void* data, size_t n) {
-    if (static_cast<uint64_t>(pos) + n > _out.size()) throw zverror(kWriteError);
-    std::memcpy(&_out[pos], data, n);
+    uint64_t at = static_cast<uint64_t>(pos) + kHeaderSize;
+    if (at + n > _outBase + _out.size()) throw zverror(kWriteError);
+    const char* bytes = static_cast<const char*>(data);
+    // What a stream has taken already is patched in the stream.
+    size_t flushed = at < _outBase ? static_cast<size_t>(std::min<uint64_t>(n, _outBase - at)) : 0;
+    if (flushed) {
+        if (!_stream) throw zverror(kWriteError);
+        _stream->seekp(static_cast<std::streamoff>(at), std::ios::beg);
+        _stream->write(bytes, static_cast<std::streamsize>(flushed));
+        _stream->seekp(static_cast<std::streamoff>(_outBase), std::ios::beg);
+        if (!*_stream) throw zverror(kWriteError);
+    }
+    if (n > flushed) std::memcpy(&_out[static_cast<size_t>(at + flushed - _outBase)], bytes + flushed, n - flushed);
 }
 
-unsigned XlsStream::appendTail(std::string& out, size_t size, char fill) {
+// Hands all but the last `keep` bytes to the stream.
+void XlsStream::flushOut(size_t keep) {
+    if (!_stream || _out.size() <= keep) return;
+    size_t n = _out.size() - keep;
+    _stream->write(_out.data(), static_cast<std::streamsize>(n));
+    if (!*_stream) throw zverror(kWriteError);
+    _out.erase(0, n);
+    _outBase += n;
+}
+
+unsigned XlsStream::appendTail(size_t size, char fill) {
     size_t rest = size % _sectorSize;
-    if (rest) out.append(_sectorSize - rest, fill);
+    if (rest) {
+        std::string pad(_sectorSize - rest, fill);
+        append(pad.data(), pad.size());
+    }
     return ceilDiv(size, _sectorSize);
 }
 
 void XlsStream::close() {
+    if (!_stream && !_image) throw zverror(kWriteError);
     const uint32_t wordsPerSector = _sectorSize / 4;
-    std::string file(512, '\0');
     uint32_t d = 0;
-    if (!_out.empty()) {
+    if (written()) {
         // The workbook never goes to the mini stream: it is padded to the cutoff.
-        if (_out.size() < 4096) _out.append(4096 - _out.size(), '\0');
+        if (written() < 4096) {
+            std::string pad(static_cast<size_t>(4096 - written()), '\0');
+            append(pad.data(), pad.size());
+        }
         DirEntry& wb = _dir.at(_workbook);
         wb.startingSectorLocation = 0;
-        wb.streamSize = _out.size();
-        file += _out;
-        d = appendTail(file, _out.size(), 0);
+        wb.streamSize = written();
+        d = appendTail(static_cast<size_t>(written()), 0);
     }
     for (auto& kept : _kept) {
         DirEntry& entry = _dir.at(kept.first);
         entry.startingSectorLocation = d;
         entry.streamSize = kept.second.size();
-        file += kept.second;
-        d += appendTail(file, kept.second.size(), 0);
+        append(kept.second.data(), kept.second.size());
+        d += appendTail(kept.second.size(), 0);
     }
+    std::string file;
     if (!_miniFat.empty()) {
         _header.firstMiniFatSector = d;
         for (uint32_t w : _miniFat) put32(file, w);
-        uint32_t n = appendTail(file, _miniFat.size() * 4, 0);
+        append(file.data(), file.size());
+        file.clear();
+        uint32_t n = appendTail(_miniFat.size() * 4, 0);
         _header.numMiniFatSectors = n;
         d += n;
     }
@@ -639,14 +710,30 @@ void XlsStream::close() {
     for (uint32_t w : _fat) put32(file, w);
     _header.firstDirSector = firstDir;
     for (const DirEntry& entry : _dir) entry.write(file);
-    appendTail(file, _dir.size() * 128, 0);
+    append(file.data(), file.size());
+    appendTail(_dir.size() * 128, 0);
 
     std::string head;
     _header.write(head);
-    std::memcpy(&file[0], head.data(), 512);
-    _fileSize = file.size();
+    _fileSize = _outBase + _out.size();
+    std::string rest(kHeaderSize, '\0');
+    rest.swap(_out);  // the buffer leaves with the file; the next save starts afresh
+    if (_outBase == 0) {
+        std::memcpy(&rest[0], head.data(), kHeaderSize);
+        if (!_stream) {
+            _image->swap(rest);
+            return;
+        }
+    }
     if (!_stream) throw zverror(kWriteError);
-    _stream->write(file.data(), static_cast<std::streamsize>(file.size()));
+    _stream->write(rest.data(), static_cast<std::streamsize>(rest.size()));
+    if (_outBase != 0) {
+        // The header's place went out with the first bytes: write it there now.
+        _stream->seekp(0, std::ios::beg);
+        _stream->write(head.data(), static_cast<std::streamsize>(kHeaderSize));
+        _stream->seekp(static_cast<std::streamoff>(_fileSize), std::ios::beg);
+    }
+    _outBase = 0;
     _stream->flush();
     if (!*_stream) throw zverror(kWriteError);
 }
@@ -679,6 +766,9 @@ std::wstring XlsStream::dump() const {
     }
     return out.str();
 }
+
+// Out of line, so that the field readers stay small enough to inline.
+void RecordReader::fail() const { throw zverror(std::string(_name) + " size is incorrect"); }
 
 void writeContinue(XlsStream& xls, uint16_t& left) {
     uint32_t sizeField = xls.writePos() + left - 8226;

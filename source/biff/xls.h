@@ -3,6 +3,7 @@
 // carried through a save byte for byte. A save always writes a complete new file in one pass.
 #pragma once
 #include <cstdint>
+#include <cstring>
 #include <iosfwd>
 #include <map>
 #include <string>
@@ -56,7 +57,15 @@ public:
     // newBook: an empty file with a root and a "Workbook" entry; otherwise the directory and the
     // kept streams of the loaded file stay for the next save.
     void reset(bool newBook);
+    // The stream that a load reads from or a save writes to. A save streams the workbook out as
+    // it goes when the stream is attached before the records are written; otherwise the bytes
+    // wait in memory until close.
     void setStreamPtr(std::iostream* stream) { _stream = stream; }
+    // A load straight from bytes in memory, which must stay valid until the load returns.
+    void setSource(const char* data, uint64_t size) {
+        _source = data;
+        _sourceSize = size;
+    }
     std::iostream* stream() const { return _stream; }
     explicit operator bool() const { return _stream != nullptr; }
     void calcFileSize();
@@ -68,7 +77,19 @@ public:
     // ---- loading ----
     void readHeader(unsigned& bytesRead);
     void readSections();
-    int read(char* data, int n);
+    // Most reads lie inside the current sector and are served by one copy.
+    int read(char* data, int n) {
+        if (n > 0 && static_cast<uint32_t>(n) <= _fastLeft) {
+            std::memcpy(data, _fastPtr, static_cast<size_t>(n));
+            _fastPtr += n;
+            _fastLeft -= static_cast<uint32_t>(n);
+            _readPos += static_cast<uint32_t>(n);
+            _offsetInSector += static_cast<uint32_t>(n);
+            _streamPos += static_cast<uint32_t>(n);
+            return n;
+        }
+        return readSlow(data, n);
+    }
     int readInt16(uint16_t* value) { return read(reinterpret_cast<char*>(value), 2); }
     int readInt32(uint32_t* value) { return read(reinterpret_cast<char*>(value), 4); }
     int readDouble(double* value) { return read(reinterpret_cast<char*>(value), 8); }
@@ -86,7 +107,11 @@ public:
 
     // ---- saving ----
     void writeHeader() {}
-    int write(const char* data, int n);
+    int write(const char* data, int n) {
+        if (n <= 0) return 0;
+        append(data, static_cast<size_t>(n));
+        return n;
+    }
     int write(uint16_t id, uint16_t size);
     int write(uint16_t id, const char* data, int size);
     int writeInt16(uint16_t value) { return write(reinterpret_cast<const char*>(&value), 2); }
@@ -95,13 +120,16 @@ public:
     int writeInt16(uint16_t value, uint16_t& left);
     int writeInt32(uint32_t value, uint16_t& left);
     // Position within the workbook stream being written.
-    uint32_t writePos() const { return static_cast<uint32_t>(_out.size()); }
+    uint32_t writePos() const { return static_cast<uint32_t>(_outBase + _out.size() - kHeaderSize); }
     // Overwrites bytes already written, for lengths and offsets known only later.
     void patch(uint32_t pos, const void* data, size_t n);
     void patchInt16(uint32_t pos, uint16_t value) { patch(pos, &value, 2); }
     void patchInt32(uint32_t pos, uint32_t value) { patch(pos, &value, 4); }
     // Writes the file: workbook stream, kept streams, mini FAT, DIFAT, FAT, directory, header.
+    // Without a stream the file goes to the image target, if one is set.
     void close();
+    // Where close leaves the whole file when no stream is attached; reset forgets it.
+    void setImageTarget(std::string* image) { _image = image; }
     void flush();
 
     std::wstring dump() const;
@@ -121,14 +149,38 @@ private:
     uint32_t readWordAt(uint64_t offset, const char* corruptMessage);
     void goSector(uint32_t sector);
     void goMiniSector(uint32_t sector);
+    int readSlow(char* data, int n);
     int readChain(char* data, int n, bool mini);
     bool smallWorkbook() const;
-    void readHeaderBytes(unsigned& bytesRead);
-    int readFile(char* data, int n);
-    unsigned appendTail(std::string& out, size_t size, char fill);
+    // n bytes of the loaded file at offset, or null past its end. The pointer stays valid until
+    // the next call: a file read through a stream is seen through a window.
+    const uint8_t* fileBytes(uint64_t offset, size_t n);
+    void endLoad();
+    unsigned appendTail(size_t size, char fill);
+    uint64_t written() const { return _outBase + _out.size() - kHeaderSize; }
+    void append(const char* data, size_t n) {
+        _out.append(data, n);
+        if (_out.size() >= kFlushAt && _stream) flushOut(kKeepUnflushed);
+    }
+    void flushOut(size_t keep);
+
+    static constexpr size_t kHeaderSize = 512;
+    static constexpr size_t kFlushAt = 256u << 10;
+    // Bytes kept back at a flush, so that the back-patching of a record's recent size fields
+    // stays in memory.
+    static constexpr size_t kKeepUnflushed = 32u << 10;
+    static constexpr size_t kWindow = 256u << 10;
 
     std::iostream* _stream = nullptr;
-    std::string _file;  // the loaded file's bytes
+    // The loaded file: a block in memory, or the stream seen through a window of kWindow bytes.
+    const char* _source = nullptr;
+    uint64_t _sourceSize = 0;
+    std::vector<char> _window;
+    uint64_t _windowStart = 0;
+    size_t _windowLength = 0;
+    // The bytes of the current sector from the read position on, while they are at hand.
+    const char* _fastPtr = nullptr;
+    uint32_t _fastLeft = 0;
     XlsHeader _header;
     uint32_t _sectorSize = 512;
     uint32_t _miniSectorSize = 64;
@@ -155,7 +207,11 @@ private:
         bool eof = false;
     } _checkPoint;
 
-    std::string _out;  // the workbook stream being written
+    // The file being written, from offset _outBase on: a place for the header, then the workbook
+    // stream, then the rest. What a stream has taken already is gone from memory.
+    std::string _out;
+    uint64_t _outBase = 0;
+    std::string* _image = nullptr;
     uint64_t _fileSize = 0;
 };
 

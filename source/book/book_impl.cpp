@@ -146,11 +146,10 @@ bool BookImplT<T>::load(const T* filename) {
         free();
         reset();
         if (!filename) throw zverror("can't open file for reading");
-        std::ifstream file(narrowPath(filename, _utf8Mode), std::ios::binary);
+        // Read where it lies: the container takes the sectors it needs through a window.
+        std::fstream file(narrowPath(filename, _utf8Mode), std::ios::in | std::ios::binary);
         if (!file) throw zverror("can't open file for reading");
-        std::stringstream bytes(std::ios::in | std::ios::out | std::ios::binary);
-        bytes << file.rdbuf();
-        loadFrom(bytes);
+        loadFrom(&file);
         setOk();
         return true;
     } catch (const std::exception& e) {
@@ -172,13 +171,11 @@ bool BookImplT<T>::save(const T* filename) {
     }
     std::string path = narrowPath(filename, _utf8Mode);
     return guard(false, [&] {
-        std::stringstream bytes(std::ios::in | std::ios::out | std::ios::binary);
-        saveTo(bytes);
-        std::ofstream file(path, std::ios::binary | std::ios::trunc);
+        // The file takes the records as they are written; only a tail stays in memory.
+        std::fstream file(path, std::ios::out | std::ios::binary | std::ios::trunc);
         if (!file) throw zverror("can't open file for writing");
-        const std::string& data = bytes.str();
-        file.write(data.data(), static_cast<std::streamsize>(data.size()));
-        file.flush();
+        saveTo(&file);
+        file.close();
         if (!file) throw zverror("stream error, perhaps it's too small writing buffer");
         return true;
     });
@@ -190,18 +187,15 @@ bool BookImplT<T>::loadRaw(const char* data, unsigned size) {
     return guard(false, [&] {
         free();
         reset();
-        std::stringstream bytes(std::ios::in | std::ios::out | std::ios::binary);
-        if (data && size) bytes.write(data, size);
-        return loadFrom(bytes);
+        // The caller's bytes are read in place: they outlive the load.
+        return loadFrom(nullptr, data && size ? data : nullptr, data ? size : 0);
     });
 }
 
 template <class T>
 bool BookImplT<T>::saveRaw(const char** data, unsigned* size) {
     return guard(false, [&] {
-        std::stringstream bytes(std::ios::in | std::ios::out | std::ios::binary);
-        saveTo(bytes);
-        _rawData = bytes.str();
+        saveTo(nullptr, &_rawData);
         if (data) *data = _rawData.data();
         if (size) *size = static_cast<unsigned>(_xls.fileSize());
         return true;

@@ -190,8 +190,10 @@ public:
 
 private:
     void readGlobal(uint16_t type, uint16_t size);
-    bool loadFrom(std::iostream& stream);
-    void saveTo(std::iostream& stream);
+    // A load reads from a stream or straight from bytes in memory; a save writes to a stream as
+    // it goes, or leaves the whole file in `image`.
+    bool loadFrom(std::iostream* stream, const char* data = nullptr, size_t size = 0);
+    void saveTo(std::iostream* stream, std::string* image = nullptr);
     int addCustomNumFormatWide(const std::wstring& text);
 
     mutable bool _ok = true;

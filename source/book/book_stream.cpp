@@ -628,7 +628,11 @@ void BookImplT<T>::readStream() {
         std::unique_ptr<SheetImplT<T>> sheet(new SheetImplT<T>(this));
         sheet->setWideName(_boundSheetNames[i]);
         sheet->setRefA1(!_refR1C1);
-        if (!_xls.eof()) sheet->read(_xls);
+        // The substream ends where the next one starts, or with the stream.
+        uint64_t start = _xls.bytesRead(), end = _xls.size();
+        if (i + 1 < _boundSheets.size() && _boundSheets[i + 1].lbPlyPos > start && _boundSheets[i + 1].lbPlyPos < end)
+            end = _boundSheets[i + 1].lbPlyPos;
+        if (!_xls.eof()) sheet->read(_xls, end > start ? end - start : 0);
         _sheets.push_back(sheet.release());
     }
     _boundSheetNames.clear();
@@ -775,27 +779,30 @@ void BookImplT<T>::writeStream() {
 }
 
 template <class T>
-bool BookImplT<T>::loadFrom(std::iostream& stream) {
+bool BookImplT<T>::loadFrom(std::iostream* stream, const char* data, size_t size) {
     _xls.reset(true);
-    _xls.setStreamPtr(&stream);
+    _xls.setStreamPtr(stream);
+    if (!stream) _xls.setSource(data, size);
     readStream();
     _xls.setStreamPtr(nullptr);
     return true;
 }
 
 template <class T>
-void BookImplT<T>::saveTo(std::iostream& stream) {
+void BookImplT<T>::saveTo(std::iostream* stream, std::string* image) {
     _xls.reset(false);
-    _xls.setStreamPtr(&stream);
-    for (SheetImplT<T>* sheet : _sheets) sheet->recalcDimensions();
+    _xls.setStreamPtr(stream);
+    _xls.setImageTarget(image);
+    for (SheetImplT<T>* sheet : _sheets) sheet->settleDimensions();
     writeStream();
     _xls.setStreamPtr(nullptr);
+    _xls.setImageTarget(nullptr);
 }
 
 #define ZELVAR_INSTANTIATE(T)                                                   \
     template void BookImplT<T>::readStream();                                   \
     template void BookImplT<T>::writeStream();                                  \
-    template bool BookImplT<T>::loadFrom(std::iostream&);                       \
+    template bool BookImplT<T>::loadFrom(std::iostream*, const char*, size_t);   \
     template void BookImplT<T>::decodeCodePage(std::wstring&) const;           \
     template std::wstring BookImplT<T>::referenceName(uint16_t) const;         \
     template std::wstring BookImplT<T>::definedName(uint32_t) const;           \
@@ -803,7 +810,7 @@ void BookImplT<T>::saveTo(std::iostream& stream) {
     template void BookImplT<T>::followSheetList(int, bool);                     \
     template bool BookImplT<T>::xtiCoversTab(uint16_t, int) const;              \
     template void BookImplT<T>::getIndexesByName(const std::wstring&, int&, int&) const; \
-    template void BookImplT<T>::saveTo(std::iostream&);
+    template void BookImplT<T>::saveTo(std::iostream*, std::string*);
 ZELVAR_INSTANTIATE(char)
 ZELVAR_INSTANTIATE(wchar_t)
 #undef ZELVAR_INSTANTIATE

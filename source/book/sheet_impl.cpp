@@ -509,10 +509,14 @@ IFormatT<T>* SheetImplT<T>::cellFormat(int row, int col) const {
 template <class T>
 void SheetImplT<T>::recalcDimensions() {
     _dimensions.reset();
-    for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
-        if (!_sheetIndex(r)) continue;
-        for (unsigned c = 0; c < SheetIndex::kCols; ++c)
-            if (_sheetIndex(r, c)) _dimensions.update(r, c);
+    // Per touched row only its first and last cell can widen the range.
+    for (unsigned r = _sheetIndex.nextRow(0); r < SheetIndex::kRows; r = _sheetIndex.nextRow(r + 1)) {
+        unsigned first = _sheetIndex.colBegin(r), last = _sheetIndex.colEnd(r);
+        while (first < last && !_sheetIndex(r, first)) ++first;
+        while (last > first && !_sheetIndex(r, last - 1)) --last;
+        if (first == last) continue;
+        _dimensions.update(r, first);
+        if (last - 1 != first) _dimensions.update(r, last - 1);
     }
     for (const auto& merge : _mergeCells) {
         for (const Rect& rect : merge) {
@@ -526,18 +530,25 @@ void SheetImplT<T>::recalcDimensions() {
     }
 }
 
+// Writes keep the used range exact as they go; only loads and edits that can shrink or move it
+// leave it to be recomputed, once, when it is next asked for.
 template <class T>
-int SheetImplT<T>::firstRow() const {
+void SheetImplT<T>::settleDimensions() const {
     if (_dimensionsDirty) {
         const_cast<SheetImplT*>(this)->recalcDimensions();
         _dimensionsDirty = false;
     }
+}
+
+template <class T>
+int SheetImplT<T>::firstRow() const {
+    settleDimensions();
     return static_cast<int>(_dimensions.rwMic);
 }
 
 template <class T>
 int SheetImplT<T>::lastRow() const {
-    firstRow();
+    if (_dimensionsDirty) settleDimensions();
     return static_cast<int>(_dimensions.rwMac);
 }
 
@@ -549,7 +560,7 @@ int SheetImplT<T>::firstCol() const {
 
 template <class T>
 int SheetImplT<T>::lastCol() const {
-    firstRow();
+    if (_dimensionsDirty) settleDimensions();
     return _dimensions.colMac;
 }
 

@@ -165,6 +165,8 @@ public:
     uint16_t getFormatID(unsigned row, unsigned col) const;
     const T* tc(const wchar_t* text) const;
     void recalcDimensions();
+    // Recomputes the used range only when an edit or a load left it stale.
+    void settleDimensions() const;
     bool findDateChars(const wchar_t* text) const;
     void setSelected(bool selected);
     bool refA1() const { return _refA1; }
@@ -172,7 +174,8 @@ public:
     const std::wstring& nameRef() const { return _name; }
     void setWideName(const std::wstring& name) { _name = name; }
     // The substream of this sheet: read from its BOF to its EOF, written in the fixed order.
-    void read(XlsStream& xls);
+    // length: how many bytes of the stream the substream may take, as far as the book knows.
+    void read(XlsStream& xls, uint64_t length);
     void write(XlsStream& xls);
     // Stores the name, cut to 31 characters; true when it had to be cut.
     bool storeName(const T* name);

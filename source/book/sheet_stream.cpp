@@ -36,13 +36,29 @@ void SheetImplT<T>::placeCell(const R& record) {
 }
 
 template <class T>
-void SheetImplT<T>::read(XlsStream& xls) {
-    _formulas.reserve(11000);
-    _unknownRecords.reserve(6000);
-    _rows.reserve(1200);
-    _labelSsts.reserve(9000);
-    _rks.reserve(70000);
-    _blanks.reserve(800);
+void SheetImplT<T>::read(XlsStream& xls, uint64_t length) {
+    // The substream's length bounds how many records of each kind it can hold: no vector grows
+    // during the load. Space reserved and not used costs address space only, and the vectors are
+    // cut to size at the end.
+    auto atMost = [&](unsigned recordBytes, size_t cap) {
+        return static_cast<size_t>(std::min<uint64_t>(length / recordBytes, cap));
+    };
+    const size_t cells = 1u << 24;
+    _formulas.reserve(atMost(24, 11000));
+    _unknownRecords.reserve(atMost(4, 6000));
+    _rows.reserve(atMost(20, SheetIndex::kRows));
+    _labelSsts.reserve(atMost(14, cells));
+    _rks.reserve(atMost(10, cells));
+    _numbers.reserve(atMost(18, cells));
+    _boolErrs.reserve(atMost(12, cells));
+    _blanks.reserve(atMost(10, cells));
+    // Most of that space stays unused: whole huge pages at the end of each vector would hold
+    // memory for nothing.
+    preferSmallPages(_labelSsts.data(), _labelSsts.capacity() * sizeof(LabelSst));
+    preferSmallPages(_rks.data(), _rks.capacity() * sizeof(RK));
+    preferSmallPages(_numbers.data(), _numbers.capacity() * sizeof(Number));
+    preferSmallPages(_boolErrs.data(), _boolErrs.capacity() * sizeof(BoolErr));
+    preferSmallPages(_blanks.data(), _blanks.capacity() * sizeof(Blank));
     bool sawBof = false;
     uint16_t previous = 0;
     while (!xls.eof()) {
@@ -93,9 +109,11 @@ void SheetImplT<T>::read(XlsStream& xls) {
     _formulas.shrink_to_fit();
     _unknownRecords.shrink_to_fit();
     _rows.shrink_to_fit();
-    _labelSsts.shrink_to_fit();
-    _rks.shrink_to_fit();
-    _blanks.shrink_to_fit();
+    fitToSize(_labelSsts);
+    fitToSize(_rks);
+    fitToSize(_numbers);
+    fitToSize(_boolErrs);
+    fitToSize(_blanks);
     _dimensionsDirty = true;
 }
 
@@ -474,6 +492,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             _dimensions.colMac = in.u16();
             _dimensions.reserved = in.u16();
             _dimensions.biff5 = biff5;
+            _sheetIndex.expectRows(_dimensions.rwMac > _dimensions.rwMic ? _dimensions.rwMac - _dimensions.rwMic : 0);
             break;
         }
         case 520: {
@@ -529,9 +548,8 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
 template <class T>
 void SheetImplT<T>::writeCells(XlsStream& xls) {
     RecordWriter w;
-    for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
-        if (!_sheetIndex(r)) continue;
-        for (unsigned c = 0; c < SheetIndex::kCols; ++c) {
+    for (unsigned r = _sheetIndex.nextRow(0); r < SheetIndex::kRows; r = _sheetIndex.nextRow(r + 1)) {
+        for (unsigned c = _sheetIndex.colBegin(r), end = _sheetIndex.colEnd(r); c < end; ++c) {
             uint32_t e = _sheetIndex(r, c);
             if (!(e & 1)) continue;
             unsigned p = SheetIndex::position(e);
@@ -683,7 +701,7 @@ void SheetImplT<T>::write(XlsStream& xls) {
     _sort.writeIfPresent(xls);
     _dropDownObjIds.writeIfPresent(xls);
     _autoFilterInfo.writeIfPresent(xls);
-    recalcDimensions();
+    settleDimensions();
     {
         RecordWriter w;
         w.u32(_dimensions.rwMic), w.u32(_dimensions.rwMac), w.u16(_dimensions.colMic), w.u16(_dimensions.colMac);
@@ -742,8 +760,8 @@ void SheetImplT<T>::write(XlsStream& xls) {
     xls.write(10, 0);
 }
 
-template void SheetImplT<char>::read(XlsStream&);
-template void SheetImplT<wchar_t>::read(XlsStream&);
+template void SheetImplT<char>::read(XlsStream&, uint64_t);
+template void SheetImplT<wchar_t>::read(XlsStream&, uint64_t);
 template void SheetImplT<char>::write(XlsStream&);
 template void SheetImplT<wchar_t>::write(XlsStream&);
 

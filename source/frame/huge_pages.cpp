@@ -7,10 +7,12 @@
 namespace zelvar {
 
 namespace {
+constexpr uintptr_t kPage = 4096;
 size_t roundUp(size_t bytes) { return (bytes + kHugePage - 1) & ~(kHugePage - 1); }
+size_t roundUpPage(size_t bytes) { return (bytes + kPage - 1) & ~(kPage - 1); }
 }  // namespace
 
-void* allocHuge(size_t bytes) {
+void* allocHuge(size_t bytes, bool growing) {
     size_t size = roundUp(bytes);
     // Map one huge page more than needed and trim, so the block starts on a huge-page boundary.
     size_t mapped = size + kHugePage;
@@ -22,13 +24,40 @@ void* allocHuge(size_t bytes) {
     uintptr_t end = start + mapped;
     if (end > aligned + size) munmap(reinterpret_cast<void*>(aligned + size), end - (aligned + size));
 #ifdef MADV_HUGEPAGE
-    madvise(reinterpret_cast<void*>(aligned), size, MADV_HUGEPAGE);
+    // Only whole huge pages within the part that is sure to be filled: a huge page touched at its
+    // start and left mostly empty would hold memory for nothing. For a growing vector that is
+    // the half it held before. The rest takes ordinary pages.
+    size_t whole = (growing ? bytes / 2 : bytes) & ~(kHugePage - 1);
+    if (whole) madvise(reinterpret_cast<void*>(aligned), whole, MADV_HUGEPAGE);
 #endif
     return reinterpret_cast<void*>(aligned);
 }
 
 void freeHuge(void* p, size_t bytes) {
     if (p) munmap(p, roundUp(bytes));
+}
+
+void releaseUnused(void* p, size_t used, size_t allocated) {
+    if (!p || allocated < kMapThreshold) return;
+    uintptr_t start = (reinterpret_cast<uintptr_t>(p) + used + kPage - 1) & ~(kPage - 1);
+    uintptr_t end = reinterpret_cast<uintptr_t>(p) + (allocated >= kHugeThreshold ? roundUp(allocated) : roundUpPage(allocated));
+    if (end > start) madvise(reinterpret_cast<void*>(start), end - start, MADV_DONTNEED);
+}
+
+void* allocPages(size_t bytes) {
+    void* p = mmap(nullptr, roundUpPage(bytes), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (p == MAP_FAILED) throw std::bad_alloc();
+    return p;
+}
+
+void freePages(void* p, size_t bytes) {
+    if (p) munmap(p, roundUpPage(bytes));
+}
+
+void preferSmallPages(void* p, size_t bytes) {
+#ifdef MADV_NOHUGEPAGE
+    if (p && bytes >= kHugeThreshold) madvise(p, roundUp(bytes), MADV_NOHUGEPAGE);
+#endif
 }
 
 }  // namespace zelvar

@@ -35,7 +35,11 @@ bool unitsToUtf8(const wchar_t* text, size_t length, std::string& out) {
     out.clear();
     out.reserve(length);
     bool ok = true;
-    for (size_t i = 0; i < length; ++i) {
+    size_t ascii = 0;
+    while (ascii < length && static_cast<uint32_t>(text[ascii]) < 0x80) ++ascii;
+    out.resize(ascii);
+    for (size_t i = 0; i < ascii; ++i) out[i] = static_cast<char>(text[i]);
+    for (size_t i = ascii; i < length; ++i) {
         uint32_t cp = static_cast<uint32_t>(text[i]);
         if (cp < 0x80) {
             out.push_back(static_cast<char>(cp));
@@ -190,7 +194,19 @@ void StringKeeper<char>::assign(const wchar_t* text, bool utf8) {
         this->clean();
         return;
     }
-    wideToNarrow(text, wcslen(text), utf8, this->str());
+    // Plain ASCII, the common case of cell text, is the same in every 8-bit form: it is copied
+    // while the end is searched. Anything else takes the full conversion.
+    std::string& out = this->str();
+    const wchar_t* end = text;
+    while (static_cast<uint32_t>(*end) - 1u < 0x7Fu) ++end;  // 1 to 127
+    size_t ascii = static_cast<size_t>(end - text);
+    if (*end) {
+        wideToNarrow(text, ascii + wcslen(end), utf8, out);
+        return;
+    }
+    out.resize(ascii);
+    char* into = &out[0];
+    for (size_t i = 0; i < ascii; ++i) into[i] = static_cast<char>(text[i]);
 }
 
 template <>
