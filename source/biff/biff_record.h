@@ -129,7 +129,7 @@ public:
         size_t count = shortCount ? u8() : u16();
         uint8_t flags = noFlag ? 0 : u8();
         std::wstring text = chars(std::min(count, left() / ((flags & 1) ? 2 : 1)), flags);
-        _pos = _data.size();
+        _pos = _size;
         return text;
     }
     std::wstring chars(size_t count, uint8_t flags) {

@@ -204,7 +204,9 @@ void checkCorpus(const std::vector<Entry>& entries, int minimumLoaded) {
         bool ok = book->load(e.path.c_str());
         if (e.expected == "load-fail-encrypted") {
             EXPECT_FALSE(ok) << e.path;
-            if (!ok) EXPECT_STREQ("workbook is encrypted", book->errorMessage()) << e.path;
+            if (!ok) {
+                EXPECT_STREQ("workbook is encrypted", book->errorMessage()) << e.path;
+            }
             continue;
         }
         if (e.expected == "load-fail-damaged") {
@@ -212,7 +214,9 @@ void checkCorpus(const std::vector<Entry>& entries, int minimumLoaded) {
             // a record but padded to its sector reads as whole.
             bool paddedCut = e.path.find("gen-damaged-stream-cut-mid-record") != std::string::npos ||
                              e.path.find("fuzzcase-javalibbinFuzzer-4657005060816896") != std::string::npos;
-            if (!paddedCut) EXPECT_FALSE(ok) << e.path << " loaded although damaged";
+            if (!paddedCut) {
+                EXPECT_FALSE(ok) << e.path << " loaded although damaged";
+            }
             continue;
         }
         if (e.expected != "load-ok") continue;
