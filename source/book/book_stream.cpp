@@ -778,25 +778,37 @@ void BookImplT<T>::writeStream() {
     xls.close();
 }
 
+namespace {
+// The stream and the bytes of one load or save are the caller's: none of them stays attached to
+// the container once the operation is over, whichever way it ends.
+struct Detach {
+    XlsStream& xls;
+    ~Detach() {
+        xls.setStreamPtr(nullptr);
+        xls.setSource(nullptr, 0);
+        xls.setImageTarget(nullptr);
+    }
+};
+}  // namespace
+
 template <class T>
 bool BookImplT<T>::loadFrom(std::iostream* stream, const char* data, size_t size) {
     _xls.reset(true);
+    Detach detach{_xls};
     _xls.setStreamPtr(stream);
     if (!stream) _xls.setSource(data, size);
     readStream();
-    _xls.setStreamPtr(nullptr);
     return true;
 }
 
 template <class T>
 void BookImplT<T>::saveTo(std::iostream* stream, std::string* image) {
     _xls.reset(false);
+    Detach detach{_xls};
     _xls.setStreamPtr(stream);
     _xls.setImageTarget(image);
     for (SheetImplT<T>* sheet : _sheets) sheet->settleDimensions();
     writeStream();
-    _xls.setStreamPtr(nullptr);
-    _xls.setImageTarget(nullptr);
 }
 
 #define ZELVAR_INSTANTIATE(T)                                                   \

@@ -12,7 +12,7 @@ size_t roundUp(size_t bytes) { return (bytes + kHugePage - 1) & ~(kHugePage - 1)
 size_t roundUpPage(size_t bytes) { return (bytes + kPage - 1) & ~(kPage - 1); }
 }  // namespace
 
-void* allocHuge(size_t bytes, bool growing) {
+void* allocHuge(size_t bytes) {
     size_t size = roundUp(bytes);
     // Map one huge page more than needed and trim, so the block starts on a huge-page boundary.
     size_t mapped = size + kHugePage;
@@ -24,10 +24,9 @@ void* allocHuge(size_t bytes, bool growing) {
     uintptr_t end = start + mapped;
     if (end > aligned + size) munmap(reinterpret_cast<void*>(aligned + size), end - (aligned + size));
 #ifdef MADV_HUGEPAGE
-    // Only whole huge pages within the part that is sure to be filled: a huge page touched at its
-    // start and left mostly empty would hold memory for nothing. For a growing vector that is
-    // the half it held before. The rest takes ordinary pages.
-    size_t whole = (growing ? bytes / 2 : bytes) & ~(kHugePage - 1);
+    // Only whole huge pages within the request: the part of a last one that the request does not
+    // reach would be memory held for nothing once touched. That part takes ordinary pages.
+    size_t whole = bytes & ~(kHugePage - 1);
     if (whole) madvise(reinterpret_cast<void*>(aligned), whole, MADV_HUGEPAGE);
 #endif
     return reinterpret_cast<void*>(aligned);
@@ -38,9 +37,9 @@ void freeHuge(void* p, size_t bytes) {
 }
 
 void releaseUnused(void* p, size_t used, size_t allocated) {
-    if (!p || allocated < kMapThreshold) return;
+    if (!p || allocated < kHugeThreshold) return;
     uintptr_t start = (reinterpret_cast<uintptr_t>(p) + used + kPage - 1) & ~(kPage - 1);
-    uintptr_t end = reinterpret_cast<uintptr_t>(p) + (allocated >= kHugeThreshold ? roundUp(allocated) : roundUpPage(allocated));
+    uintptr_t end = reinterpret_cast<uintptr_t>(p) + roundUp(allocated);
     if (end > start) madvise(reinterpret_cast<void*>(start), end - start, MADV_DONTNEED);
 }
 

@@ -10,14 +10,9 @@ namespace zelvar {
 constexpr size_t kHugePage = 2u << 20;
 // Allocations of at least this size go to their own huge-page-advised mapping.
 constexpr size_t kHugeThreshold = 1u << 20;
-// Allocations of at least this size (and below the huge threshold) get a mapping of their own,
-// so that a vector's earlier buffers go back to the system as it grows instead of staying in
-// the heap's free lists.
-constexpr size_t kMapThreshold = 64u << 10;
 
-// Zero-filled memory aligned to a huge page; throws std::bad_alloc. growing: the buffer of a
-// vector that doubled, whose second half may stay empty.
-void* allocHuge(size_t bytes, bool growing = false);
+// Zero-filled memory aligned to a huge page; throws std::bad_alloc.
+void* allocHuge(size_t bytes);
 void freeHuge(void* p, size_t bytes);
 // Gives back the pages of an allocation of `allocated` bytes beyond its first `used` bytes; they
 // read as zero when touched again. Only huge-page allocations are concerned: a huge page faulted
@@ -30,8 +25,7 @@ void freePages(void* p, size_t bytes);
 // generously and may stay mostly unused, where a huge page would hold memory for nothing.
 void preferSmallPages(void* p, size_t bytes);
 
-// Allocator for the big record vectors: small requests from the heap, larger ones from mappings
-// of their own, big ones on huge pages.
+// Allocator for the big record vectors: small requests from the heap, big ones on huge pages.
 template <class T>
 struct HugeAllocator {
     using value_type = T;
@@ -41,16 +35,13 @@ struct HugeAllocator {
 
     T* allocate(size_t n) {
         size_t bytes = n * sizeof(T);
-        if (bytes >= kHugeThreshold) return static_cast<T*>(allocHuge(bytes, true));
-        if (bytes >= kMapThreshold) return static_cast<T*>(allocPages(bytes));
+        if (bytes >= kHugeThreshold) return static_cast<T*>(allocHuge(bytes));
         return static_cast<T*>(::operator new(bytes));
     }
     void deallocate(T* p, size_t n) noexcept {
         size_t bytes = n * sizeof(T);
         if (bytes >= kHugeThreshold)
             freeHuge(p, bytes);
-        else if (bytes >= kMapThreshold)
-            freePages(p, bytes);
         else
             ::operator delete(p);
     }
@@ -66,7 +57,7 @@ struct HugeAllocator {
 template <class Vector>
 void fitToSize(Vector& v) {
     using R = typename Vector::value_type;
-    if (v.capacity() * sizeof(R) < kMapThreshold)
+    if (v.capacity() * sizeof(R) < kHugeThreshold)
         v.shrink_to_fit();
     else
         releaseUnused(v.data(), v.size() * sizeof(R), v.capacity() * sizeof(R));
