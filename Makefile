@@ -4,7 +4,7 @@ BUILD ?= build
 ASAN_BUILD ?= build-asan
 FUZZ_BUILD ?= build-fuzz
 
-.PHONY: demo test deps build asan fuzz bench clean
+.PHONY: demo test deps build asan fuzz bench clean regenerate
 
 demo: deps build
 	./$(BUILD)/quickstart $(BUILD)/quickstart.xls
@@ -35,6 +35,11 @@ fuzz: deps
 bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DZELVAR_TESTS=OFF
 	cmake --build build-bench -j$(JOBS)
+
+# Rewrites the schema-bound classes of source/ooxml from the schemas beside the repository.
+SCHEMAS ?= ../shared/schemas
+regenerate:
+	python3 tools/gen_schema.py $(SCHEMAS) source/ooxml
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) build-bench
