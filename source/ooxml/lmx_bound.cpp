@@ -1362,16 +1362,19 @@ elmx_error c_cell_base::marshal_cell(c_xml_writer& writer, const s_type& worker,
     }
     if (isset_ph()) writer.write_attribute("ph", get_ph() ? "true" : "false");
     elmx_error e = ELMX_OK;
+    // The worker's steps are f, v, is and extLst, in this order.
     for (unsigned k = 0; k < worker.step_count; ++k) {
         const s_step& step = worker.steps[k];
-        if (std::strcmp(step.name, "f") == 0 && f_ptr()) {
-            if ((e = f_ptr()->marshal(writer, step.qname)) != ELMX_OK) return e;
-        } else if (std::strcmp(step.name, "v") == 0 && isset_v()) {
+        const char* n = step.name;
+        if (n[0] == 'f' && n[1] == 0) {
+            if (f_ptr() && (e = f_ptr()->marshal(writer, step.qname)) != ELMX_OK) return e;
+        } else if (n[0] == 'v' && n[1] == 0) {
+            if (!isset_v()) continue;
             writer.start_element(step.qname);
             if (v_size()) writer.marshal_element_body(std::string(v_data(), v_size()));
             writer.end_element(step.qname);
-        } else if (std::strcmp(step.name, "is") == 0 && is_ptr()) {
-            if ((e = is_ptr()->marshal(writer, step.qname)) != ELMX_OK) return e;
+        } else if (n[0] == 'i' && n[1] == 's' && n[2] == 0) {
+            if (is_ptr() && (e = is_ptr()->marshal(writer, step.qname)) != ELMX_OK) return e;
         }
     }
     writer.end_element(name);
