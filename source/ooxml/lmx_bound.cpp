@@ -60,19 +60,29 @@ elmx_error check_range(const s_simple& s, double v) {
 // The text of a captured element without the namespace declarations of its start tag, which
 // depend on where it was captured.
 std::string without_declarations(const std::string& text) {
-    size_t end = text.find('>');
-    if (end == std::string::npos) return text;
     std::string out;
     size_t p = 0;
-    for (;;) {
-        size_t d = text.find(" xmlns", p);
-        if (d == std::string::npos || d > end) break;
-        size_t q1 = text.find_first_of("\"'", d);
-        if (q1 == std::string::npos || q1 > end) break;
-        size_t q2 = text.find(text[q1], q1 + 1);
-        if (q2 == std::string::npos || q2 > end) break;
-        out.append(text, p, d - p);
-        p = q2 + 1;
+    while (p < text.size()) {
+        char c = text[p];
+        if (c == '>') break;
+        if (c == '"' || c == '\'') {
+            // A quoted value is copied whole: it may hold '>' or " xmlns".
+            size_t q = text.find(c, p + 1);
+            if (q == std::string::npos) q = text.size() - 1;
+            out.append(text, p, q + 1 - p);
+            p = q + 1;
+            continue;
+        }
+        if (c == ' ' && text.compare(p + 1, 5, "xmlns") == 0) {
+            size_t q1 = text.find_first_of("\"'", p);
+            if (q1 == std::string::npos) break;
+            size_t q2 = text.find(text[q1], q1 + 1);
+            if (q2 == std::string::npos) break;
+            p = q2 + 1;
+            continue;
+        }
+        out.push_back(c);
+        ++p;
     }
     out.append(text, p, std::string::npos);
     return out;

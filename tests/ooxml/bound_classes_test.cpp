@@ -328,3 +328,21 @@ TEST(BoundClasses, TreesBuiltThroughAccessorsAreValidAgainstTheSchemas) {
 }
 
 }  // namespace
+
+namespace {
+
+// Fuzz finding: a captured extension element whose namespace URI holds '>' was compared with
+// its written form as if the start tag ended inside the URI, so the tree read back "differed".
+TEST(BoundClassesRegression, CapturedElementWithGreaterThanInNamespaceUriReadsBackEqual) {
+    std::string xml = "<styleSheet xmlns=\"" + main_ns +
+                      "\"><extLst><ext uri=\"{1}\" xmlns:x=\"urn:a>b\"><x:data v=\"1\"/></ext></extLst></styleSheet>";
+    styles::c_styleSheet first;
+    ASSERT_EQ(read(first, xml), lmx::ELMX_OK);
+    std::string out = write(first);
+    styles::c_styleSheet second;
+    ASSERT_EQ(read(second, out), lmx::ELMX_OK);
+    EXPECT_TRUE(first.equals(second)) << out;
+    EXPECT_EQ(write(second), out);
+}
+
+}  // namespace
