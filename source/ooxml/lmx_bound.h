@@ -4,6 +4,12 @@
 // bounds. One object class, c_node, holds the values of any type in slots laid out by the
 // descriptor and does reading, writing, copying and checking for all of them; the classes that
 // the XML book calls by name derive from it and add inline accessors over the slots.
+//
+// In use: a part is read by its root class (sheet::c_worksheet w; w.unmarshal(data, size,
+// &debug)) and written by marshal(&text). Members are reached through get_x, set_x, isset_x,
+// unset_x; lists through size_x, get_x(i), append_x, insert_x, delete_x, clear_x; model groups
+// by the group's name (c_CT_Font: size_inner_CT_Font, get_inner_CT_Font(i)); a choice by
+// select_x or get_x and get_choice(). Types that no code names are plain c_node objects.
 #pragma once
 #include <cstdint>
 #include <string>
