@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 
 #include "bound_test_util.h"
 
@@ -366,6 +367,42 @@ TEST(BoundClassesRegression, ForeignAttributeWithAPrefixBoundElsewhereSettlesAft
     ASSERT_EQ(read(third, out2), lmx::ELMX_OK);
     EXPECT_TRUE(second.equals(third));
     EXPECT_EQ(write(third), out2);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(BoundClasses, CopiesAreDeepAndSwapAndResetHandTreesOver) {
+    sheet::c_CT_Col col;
+    EXPECT_FALSE(col.is_occurs_ok());  // min and max are required
+    col.set_min(1);
+    col.set_max(3);
+    EXPECT_TRUE(col.is_occurs_ok());
+
+    sheet::c_worksheet w;
+    ASSERT_EQ(read(w, sheet_doc("<sheetData><row r=\"1\"><c r=\"A1\"><f>1+1</f><v>2</v></c></row></sheetData>")), lmx::ELMX_OK);
+    std::unique_ptr<sheet::c_CT_SheetData> copy(w.get_sheetData().clone());
+    copy->get_row(0).get_c(0).get_f().set_value(L"2+2");
+    EXPECT_EQ(w.get_sheetData().get_row(0).get_c(0).get_f().get_value(), L"1+1");
+    EXPECT_FALSE(copy->equals(w.get_sheetData()));
+
+    sheet::c_CT_SheetData other;
+    other.swap(w.get_sheetData());
+    EXPECT_EQ(w.get_sheetData().size_row(), 0u);
+    EXPECT_EQ(other.size_row(), 1u);
+    other.reset();
+    EXPECT_EQ(other.size_row(), 0u);
+
+    sheet::c_CT_Row& row = other.append_row();
+    row.set_r(5);
+    row.append_c().set_row_col(4, 2);
+    row.insert_c(0, new sheet::c_CT_Cell);
+    row.get_c(0).set_row_col(4, 0);
+    EXPECT_EQ(row.size_c(), 2u);
+    EXPECT_EQ(row.get_c(1).get_r(), L"C5");
+    row.delete_c(0);
+    EXPECT_EQ(row.get_c(0).get_col(), 2u);
 }
 
 }  // namespace
