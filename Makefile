@@ -4,7 +4,7 @@ BUILD ?= build
 ASAN_BUILD ?= build-asan
 FUZZ_BUILD ?= build-fuzz
 
-.PHONY: demo test check deps build asan fuzz bench clean
+.PHONY: demo test check deps build asan fuzz bench clean regenerate
 
 # Builds and runs every program of examples/; each writes its workbook into $(BUILD)/examples/.
 demo: deps build
@@ -40,6 +40,11 @@ fuzz: deps
 bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DZELVAR_TESTS=OFF
 	cmake --build build-bench -j$(JOBS)
+
+# Rewrites the schema-bound classes of source/ooxml from the schemas beside the repository.
+SCHEMAS ?= ../shared/schemas
+regenerate:
+	python3 tools/gen_schema.py $(SCHEMAS) source/ooxml
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) build-bench
