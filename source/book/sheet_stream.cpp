@@ -66,6 +66,13 @@ void SheetImplT<T>::read(XlsStream& xls) {
                     if (t == 2057) ++depth;
                     if (t == 10) --depth;
                 }
+                // The sheet's drawing may go on in CONTINUE records right behind the chart.
+                while (!xls.eof() && xls.peekInt16() == 0x003C) {
+                    uint16_t t = 0, n = 0;
+                    xls.readInt16(&t);
+                    xls.readInt16(&n);
+                    readRaw(xls, t, n, _objects);
+                }
                 continue;
             }
             _bof = readBof(xls, size);
