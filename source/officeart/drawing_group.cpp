@@ -457,12 +457,12 @@ uint32_t DrawingGroup::newDrawingId() {
     return dgid + 1;
 }
 
-uint32_t DrawingGroup::allocateShape(uint32_t dgid, uint32_t preferred) {
+uint32_t DrawingGroup::allocateShape(uint32_t dgid, uint32_t preferred, bool drawingsCluster) {
     Numbers n = numbers();
     uint32_t spid = 0;
     if (preferred >= 1024 && preferred % 1024 != 0) {
         size_t cluster = preferred / 1024 - 1;
-        if (cluster < n.clusters.size() && n.clusters[cluster].dgid == dgid) spid = preferred;
+        if (cluster < n.clusters.size() && (drawingsCluster || n.clusters[cluster].dgid == dgid)) spid = preferred;
     }
     if (!spid) {
         if (n.clusters.size() >= 0x3FFF) throw zverror("too many shapes");

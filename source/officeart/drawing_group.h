@@ -68,9 +68,10 @@ public:
     uint32_t cRef(int pib) const;
 
     // Shape numbering of loaded groups: a new drawing id, and a shape id for a drawing, the
-    // preferred one when its cluster belongs to that drawing, else the first of a new cluster.
+    // preferred one when its cluster belongs to that drawing (by the table, or because the
+    // drawing's own last shape lies in it), else the first of a new cluster.
     uint32_t newDrawingId();
-    uint32_t allocateShape(uint32_t dgid, uint32_t preferred);
+    uint32_t allocateShape(uint32_t dgid, uint32_t preferred, bool drawingsCluster = false);
     struct Cluster {
         uint32_t dgid = 0, cspidCur = 0;
     };

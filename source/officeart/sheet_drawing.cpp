@@ -234,7 +234,7 @@ ShapePlan reserveShape(const std::vector<Rec>& objects, DrawingGroup& group, Sha
     }
     uint32_t last = plan.spidCur;
     for (const auto& shape : drawingShapes(map)) last = std::max(last, shape.spid);
-    plan.spid = group.allocateShape(plan.dgid, last + 1);
+    plan.spid = group.allocateShape(plan.dgid, last + 1, last >= 1024);
     plan.spidCur = std::max(plan.spidCur, plan.spid);
     ++plan.csp;
     return plan;

@@ -48,22 +48,37 @@ inline std::string makePng(uint32_t width, uint32_t height) {
     return png;
 }
 
-// The markers of a baseline JPEG around its frame header: a JFIF or an EXIF first segment, the
-// frame header with the size, and the end marker. Enough for the store, which reads no pixels.
+// A baseline grey JPEG of width x height pixels that decoders read: every 8x8 block holds only a
+// zero DC difference and an end of block, each coded by a one-bit Huffman code. The first segment
+// is a JFIF or an EXIF one.
 inline std::string makeJpeg(uint16_t width, uint16_t height, bool exif) {
     std::string j("\xFF\xD8", 2);
-    if (exif) {
-        j += std::string("\xFF\xE1", 2);
-        std::string body = std::string("Exif\0\0MM\0\x2A\0\0\0\x08\0\0", 16);
+    auto segment = [&](uint8_t marker, const std::string& body) {
+        j.push_back(static_cast<char>(0xFF));
+        j.push_back(static_cast<char>(marker));
         putBe(j, static_cast<uint32_t>(body.size() + 2), 2);
         j += body;
-    } else {
-        j += std::string("\xFF\xE0\x00\x10JFIF\x00\x01\x01\x00\x00\x01\x00\x01\x00\x00", 18);
-    }
-    j += std::string("\xFF\xC0\x00\x11\x08", 5);
-    putBe(j, height, 2);
-    putBe(j, width, 2);
-    j += std::string("\x03\x01\x22\x00\x02\x11\x01\x03\x11\x01", 10);
+    };
+    if (exif)
+        segment(0xE1, std::string("Exif\0\0II*\0\x08\0\0\0\0\0\0\0\0\0", 20));
+    else
+        segment(0xE0, std::string("JFIF\0\x01\x01\0\0\x01\0\x01\0\0", 14));
+    segment(0xDB, std::string(1, '\0') + std::string(64, '\x01'));  // quantisation table 0
+    std::string frame("\x08", 1);
+    putBe(frame, height, 2);
+    putBe(frame, width, 2);
+    frame += std::string("\x01\x01\x11\x00", 4);  // one component, no subsampling, table 0
+    segment(0xC0, frame);
+    std::string one(16, '\0');
+    one[0] = 1;  // one code of length 1
+    segment(0xC4, std::string("\x00", 1) + one + std::string("\x00", 1));  // DC: category 0
+    segment(0xC4, std::string("\x10", 1) + one + std::string("\x00", 1));  // AC: end of block
+    segment(0xDA, std::string("\x01\x01\x00\x00\x3F\x00", 6));
+    size_t blocks = static_cast<size_t>((width + 7) / 8) * static_cast<size_t>((height + 7) / 8);
+    size_t bits = 2 * blocks;
+    std::string data((bits + 7) / 8, '\0');
+    for (size_t b = bits; b < data.size() * 8; ++b) data[b / 8] = static_cast<char>(data[b / 8] | (0x80 >> (b % 8)));
+    j += data;
     j += std::string("\xFF\xD9", 2);
     return j;
 }
