@@ -91,6 +91,17 @@ std::map<int, std::vector<DrawingRecord>> sheetDrawingRecords(const std::string&
     return out;
 }
 
+std::string runCommand(const std::string& command) {
+    std::string out;
+    FILE* pipe = popen(command.c_str(), "r");
+    if (!pipe) return out;
+    char buffer[4096];
+    size_t n;
+    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
+    pclose(pipe);
+    return out;
+}
+
 std::string readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     std::stringstream s;
@@ -145,6 +156,9 @@ TEST(DrawingCorpus, DrawingsLoadKeepTheirBytesAndTakeNewShapes) {
         if (parts.any()) withDrawing.push_back(path);
     }
     auto notes = xlrdNotes(withDrawing);
+    const bool converter = std::system("command -v ssconvert > /dev/null 2>&1") == 0;
+    if (converter) std::system(("mkdir -p '" + std::string(ZELVAR_TEST_TMP) + "'").c_str());
+    int converted = 0;
     int unsaved = 0, groups = 0, loaded = 0, pictures = 0, comments = 0, commentsChecked = 0, kept = 0, extended = 0;
     for (const auto& path : withDrawing) [&] {
         SCOPED_TRACE(path);
@@ -230,10 +244,28 @@ TEST(DrawingCorpus, DrawingsLoadKeepTheirBytesAndTakeNewShapes) {
         ASSERT_NE(nullptr, text);
         EXPECT_STREQ("added note", text);
         ++extended;
+
+        // ssconvert reads the new picture and comment wherever it reads the file we started from.
+        if (!converter) return;
+        const std::string tmp = std::string(ZELVAR_TEST_TMP) + "/drawing-corpus";
+        std::ofstream(tmp + ".xls", std::ios::binary) << saved;
+        std::remove((tmp + ".xlsx").c_str());
+        std::string convert = "timeout 120 ssconvert '" + tmp + ".xls' '" + tmp + ".xlsx' > /dev/null 2>&1";
+        if (std::system(convert.c_str()) != 0) {
+            std::string original = "timeout 120 ssconvert '" + path + "' '" + tmp + "-original.xlsx' > /dev/null 2>&1";
+            EXPECT_NE(0, std::system(original.c_str())) << "ssconvert reads the original but not our save";
+            return;
+        }
+        std::string dump = runCommand(std::string(ZELVAR_PYTHON) + " " ZELVAR_SOURCE_DIR
+                                      "/tests/officeart/xlsx_drawing_dump.py '" + tmp + ".xlsx' 2>/dev/null");
+        std::string sheetName = sheet->name();
+        EXPECT_NE(std::string::npos, dump.find("picture\t" + sheetName + "\t60001\t3\t")) << "new picture";
+        EXPECT_NE(std::string::npos, dump.find("comment\t" + sheetName + "\tE60003\ttester\tadded note")) << "new comment";
+        ++converted;
     }();
     std::printf("drawing corpus: %zu files with drawings (%d with a drawing group), %d loaded, %d pictures, "
-                "%d notes (%d compared with xlrd), %d kept byte for byte, %d took a new picture and comment, %d not saved\n",
-                withDrawing.size(), groups, loaded, pictures, comments, commentsChecked, kept, extended, unsaved);
+                "%d notes (%d compared with xlrd), %d kept byte for byte, %d took a new picture and comment, %d not saved, %d converted by ssconvert with both\n",
+                withDrawing.size(), groups, loaded, pictures, comments, commentsChecked, kept, extended, unsaved, converted);
     EXPECT_EQ(static_cast<int>(withDrawing.size()), loaded);
 }
 
