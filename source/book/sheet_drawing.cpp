@@ -1,6 +1,7 @@
 // Pictures and comments of a binary sheet: placing a picture of the book's store by a client
 // anchor, reading pictures back, and comments as a text box shape with its note.
 #include <cmath>
+#include <unordered_map>
 
 #include "book/book_impl.h"
 #include "book/sheet_impl.h"
@@ -10,6 +11,17 @@ namespace zelvar {
 namespace {
 
 const wchar_t kCommentAuthor[] = L"zelvar";
+
+// Pixel heights of rows, looked up once per anchor: an anchor may span thousands of rows of a
+// sheet that has thousands of row records.
+struct RowPixels {
+    std::unordered_map<unsigned, int> heights;
+    int standard = 0;
+    int operator()(int row) const {
+        auto it = heights.find(static_cast<unsigned>(row));
+        return it == heights.end() ? standard : it->second;
+    }
+};
 
 }  // namespace
 
@@ -25,6 +37,13 @@ template <class T>
 int SheetImplT<T>::rowHeightInt(int row) const {
     const Row* r = findRow(row);
     return (r ? r->miyRw : _defaultRowHeight) / 15;
+}
+
+static RowPixels rowPixels(const std::vector<Row>& rows, uint16_t defaultHeight) {
+    RowPixels pixels;
+    pixels.standard = defaultHeight / 15;
+    for (const Row& r : rows) pixels.heights.emplace(r.row, r.miyRw / 15);  // the first record wins
+    return pixels;
 }
 
 template <class T>
@@ -43,9 +62,10 @@ OfficeArtCoord SheetImplT<T>::calcCoord(int row, int col, int width, int height,
         x -= colWidthInt(colR);
         ++colR;
     }
+    const RowPixels rowHeight = rowPixels(_rows, _defaultRowHeight);
     int64_t y = static_cast<int64_t>(height) + offsetY;
-    while (rwB < 65535 && y >= rowHeightInt(rwB)) {
-        y -= rowHeightInt(rwB);
+    while (rwB < 65535 && y >= rowHeight(rwB)) {
+        y -= rowHeight(rwB);
         ++rwB;
     }
     // A fraction of a cell, as the anchor stores it; a size of -1 stands for the whole range.
@@ -61,8 +81,8 @@ OfficeArtCoord SheetImplT<T>::calcCoord(int row, int col, int width, int height,
     c.rwT = static_cast<uint16_t>(rwT);
     c.rwB = static_cast<uint16_t>(rwB);
     c.dxR = part(x, colWidthInt(colR), 1024);
-    c.dyB = part(y, rowHeightInt(rwB), 256);
-    c.dyT = part(offsetY, rowHeightInt(rwT), 256);
+    c.dyB = part(y, rowHeight(rwB), 256);
+    c.dyT = part(offsetY, rowHeight(rwT), 256);
     c.dxL = part(offsetX, colWidthInt(colL), 1024);
     return c;
 }
@@ -72,13 +92,14 @@ void SheetImplT<T>::extractPictureCoordAndSize(const ShapeInfo& shape, int* rowT
                                                int* colRight, int* width, int* height, int* offsetX,
                                                int* offsetY) const {
     const OfficeArtCoord& a = shape.anchor;
+    const RowPixels rowHeight = rowPixels(_rows, _defaultRowHeight);
     int ox = static_cast<int>(a.dxL * colWidthInt(a.colL) / 1024.0 + 0.5);
-    int oy = static_cast<int>(a.dyT * rowHeightInt(a.rwT) / 256.0 + 0.5);
+    int oy = static_cast<int>(a.dyT * rowHeight(a.rwT) / 256.0 + 0.5);
     int64_t w = -ox, h = -oy;
     for (int c = a.colL; c < a.colR; ++c) w += colWidthInt(c);
-    for (int r = a.rwT; r < a.rwB; ++r) h += rowHeightInt(r);
+    for (int r = a.rwT; r < a.rwB; ++r) h += rowHeight(r);
     w += static_cast<int>(a.dxR * colWidthInt(a.colR) / 1024.0 + 0.5);
-    h += static_cast<int>(a.dyB * rowHeightInt(a.rwB) / 256.0 + 0.5);
+    h += static_cast<int>(a.dyB * rowHeight(a.rwB) / 256.0 + 0.5);
     if (rowTop) *rowTop = a.rwT;
     if (colLeft) *colLeft = a.colL;
     if (rowBottom) *rowBottom = a.rwB;
@@ -228,12 +249,14 @@ const T* SheetImplT<T>::readComment(int row, int col) const {
                     for (size_t k = 0; k < n; ++k) text.push_back(static_cast<wchar_t>(q[6 + k]));
                 }
                 _book->decodeCodePage(text);
-                return tc(text.c_str());
+                _commentText.swap(text);
+                return tc(_commentText.c_str());
             }
             NoteView note;
             if (!readNote(p, &note)) return nullptr;
             if (!findCommentText(_objects, note.idObj, &text)) return nullptr;
-            return tc(text.c_str());
+            _commentText.swap(text);
+            return tc(_commentText.c_str());
         }
         return nullptr;
     });

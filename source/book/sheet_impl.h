@@ -307,6 +307,7 @@ private:
     std::wstring _nameText;
     bool _refA1 = true;
     int _objectCounter = -1;
+    mutable std::wstring _commentText;  // the text readComment gave last
     mutable bool _dimensionsDirty = false;
 };
 

@@ -61,6 +61,7 @@ void SheetImplT<T>::read(XlsStream& xls) {
                 while (depth > 0 && !xls.eof()) {
                     uint16_t t = 0, n = 0;
                     if (xls.readInt16(&t) < 2) break;
+                    if (t == 0) throw zverror("read error: record id can't be 0");
                     xls.readInt16(&n);
                     readRaw(xls, t, n, _objects);
                     if (t == 2057) ++depth;

@@ -391,3 +391,42 @@ TEST(DrawingComments, NotesMoveWithInsertedAndRemovedRows) {
 }
 
 }  // namespace
+
+namespace {
+
+// An embedded chart's substream inside a sheet's drawing, and the drawing going on in a CONTINUE
+// record behind it: all of it comes back in its place; a record id of 0 inside the chart stops
+// the load.
+TEST(DrawingCharts, EmbeddedChartSubstreamKeepsItsPlace) {
+    auto book = newBook<char>();
+    ISheetT<char>* sheet = book->addSheet("S");
+    std::string png = makePng(2, 2);
+    sheet->setPicture(0, 0, book->addPicture2(png.data(), static_cast<unsigned>(png.size())));
+    auto records = streamRecords(savedBytes(book.get()));
+    // Behind the picture's Obj: a chart substream, then a CONTINUE that carries no text.
+    size_t obj = 0;
+    for (size_t i = 0; i < records.size(); ++i)
+        if (records[i].id == 93) obj = i;
+    ASSERT_NE(0u, obj);
+    std::string chartBof("\x00\x06\x20\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00", 16);
+    std::vector<Record> chart = {{2057, chartBof}, {4097, std::string("\x01\x00", 2)}, {10, ""}, {60, ""}};
+    records.insert(records.begin() + static_cast<long>(obj) + 1, chart.begin(), chart.end());
+    std::string file = container(records);
+    auto loaded = newBook<char>();
+    ASSERT_TRUE(loaded->loadRaw(file.data(), static_cast<unsigned>(file.size()))) << loaded->errorMessage();
+    EXPECT_EQ(1, loaded->getSheet(0)->pictureSize());
+    auto back = streamRecords(savedBytes(loaded.get()));
+    size_t at = 0;
+    while (at < back.size() && back[at].id != 93) ++at;
+    ASSERT_LT(at + 4, back.size());
+    for (size_t k = 0; k < chart.size(); ++k) {
+        EXPECT_EQ(chart[k].id, back[at + 1 + k].id) << k;
+        EXPECT_EQ(chart[k].payload, back[at + 1 + k].payload) << k;
+    }
+    records[obj + 2].id = 0;
+    file = container(records);
+    EXPECT_FALSE(loaded->loadRaw(file.data(), static_cast<unsigned>(file.size())));
+    EXPECT_STREQ("read error: record id can't be 0", loaded->errorMessage());
+}
+
+}  // namespace
