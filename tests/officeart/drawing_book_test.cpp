@@ -135,6 +135,16 @@ TYPED_TEST(DrawingBook, PicturesOfEachKindComeBackFromTheStore) {
     // Two additions of the same bytes are two pictures.
     EXPECT_EQ(7, book->addPicture2(files[0].bytes.data(), static_cast<unsigned>(files[0].bytes.size())));
     EXPECT_EQ(8, book->pictureSize());
+    // A picture far larger than a record rides in many CONTINUE records and comes back whole.
+    std::string big = makePng(2, 2);
+    for (uint32_t i = 0; big.size() < 100000; ++i) big.push_back(static_cast<char>((i * 2654435761u) >> 24));
+    EXPECT_EQ(8, book->addPicture2(big.data(), static_cast<unsigned>(big.size())));
+    auto again = reloaded(book.get());
+    const char* data = nullptr;
+    unsigned size = 0;
+    EXPECT_EQ(PicturePng, again->getPicture(8, &data, &size));
+    EXPECT_EQ(big, std::string(data, size));
+    EXPECT_EQ(files[6].stored, (again->getPicture(6, &data, &size), std::string(data, size)));
 }
 
 TYPED_TEST(DrawingBook, AddPictureRefusals) {
