@@ -288,19 +288,22 @@ void insertShape(std::vector<Rec>& objects, const ShapePlan& plan, const NewShap
         // The new shape goes behind the last one of the group, which is where the group's records
         // end; records that follow the group (solver rules) stay behind it.
         const size_t at = layout.spgr + 8 + layout.spgrLen;
-        for (const auto& piece : map.pieces) {
+        for (size_t k = 0; k < map.pieces.size(); ++k) {
+            const auto& piece = map.pieces[k];
             if (at < piece.offset || at >= piece.offset + piece.size) continue;
             if (at == piece.offset) {
                 index = piece.record;
                 if (objects[index].id == kContinue) objects[index].id = kMsoDrawing;
             } else {
+                // The group ends inside this record: its rest becomes a record of its own, behind
+                // the objects of the shape that ends here, and the new shape goes before it.
                 Rec tail;
                 tail.id = kMsoDrawing;
                 auto& payload = objects[piece.record].payload;
                 tail.payload.assign(payload.begin() + static_cast<long>(at - piece.offset), payload.end());
                 payload.resize(at - piece.offset);
-                objects.insert(objects.begin() + static_cast<long>(piece.record) + 1, std::move(tail));
-                index = piece.record + 1;
+                index = k + 1 < map.pieces.size() ? map.pieces[k + 1].record : objects.size();
+                objects.insert(objects.begin() + static_cast<long>(index), std::move(tail));
             }
             break;
         }

@@ -354,3 +354,66 @@ TEST(SheetDrawing, CommentRecordsAndNotes) {
 }
 
 }  // namespace
+
+namespace {
+
+// A loaded drawing whose shape group is followed by a solver container, in the same MsoDrawing
+// record or in the next one: the new shape goes inside the group, the rest stays behind it, and
+// every length adds up.
+TEST(SheetDrawing, NewShapesGoIntoTheGroupOfALoadedDrawing) {
+    DrawingGroup fresh;
+    fresh.initDefault();
+    DrawingGroup group;
+    group.load(fresh.bytes());
+    for (bool sameRecord : {true, false}) {
+        ArtNode dg = makeContainer(OfficeArtDgContainer::kType);
+        std::vector<uint8_t> fdg;
+        artAdd32(fdg, 2);
+        artAdd32(fdg, 1025);
+        dg.children.push_back(makeAtom(OfficeArtRecordHeader(0, 1, 0xF008, 0), fdg));
+        ArtNode spgr = makeContainer(OfficeArtSpgrContainer::kType);
+        std::vector<uint8_t> sp = pictureShape(1025, 1, OfficeArtCoord{});
+        size_t used = 0;
+        spgr.children.push_back(parseOfficeArtRecord(sp.data(), sp.size(), &used));
+        dg.children.push_back(spgr);
+        dg.children.push_back(makeContainer(OfficeArtSolverContainer::kType));
+        dg.recalcLen();
+        std::vector<uint8_t> bytes;
+        dg.write(bytes);
+        const size_t solverAt = bytes.size() - 8;
+        std::vector<DrawingRecord> objects;
+        if (sameRecord) {
+            objects.push_back({kMsoDrawing, bytes});
+            objects.push_back({kObj, pictureObj(1)});
+        } else {
+            objects.push_back({kMsoDrawing, std::vector<uint8_t>(bytes.begin(), bytes.begin() + static_cast<long>(solverAt))});
+            objects.push_back({kObj, pictureObj(1)});
+            objects.push_back({kMsoDrawing, std::vector<uint8_t>(bytes.begin() + static_cast<long>(solverAt), bytes.end())});
+        }
+        ShapePlan plan = reserveShape(objects, group, ShapeRole::Picture);
+        EXPECT_EQ(1026u, plan.spid);
+        NewShape shape;
+        shape.art = pictureShape(plan.spid, 1, OfficeArtCoord{});
+        shape.objects.push_back({kObj, pictureObj(2)});
+        insertShape(objects, plan, shape);
+        DrawingMap map = mapDrawing(objects);
+        auto nodes = parseOfficeArt(map.bytes.data(), map.bytes.size());
+        ASSERT_EQ(1u, nodes.size()) << sameRecord;
+        ASSERT_EQ(3u, nodes[0].children.size());
+        EXPECT_EQ(0xF005, nodes[0].children[2].header.type);
+        EXPECT_EQ(2u, nodes[0].children[1].children.size());
+        EXPECT_EQ(3u, artU32(nodes[0].children[0].body.data()));          // csp
+        EXPECT_EQ(1026u, artU32(nodes[0].children[0].body.data() + 4));   // spidCur
+        // The new shape's Obj follows its MsoDrawing, and the solver comes after both.
+        ASSERT_EQ(5u, objects.size());
+        EXPECT_EQ(kMsoDrawing, objects[2].id);
+        EXPECT_EQ(kObj, objects[3].id);
+        EXPECT_EQ(kMsoDrawing, objects[4].id);
+        EXPECT_EQ(8u, objects[4].payload.size());
+        auto shapes = drawingShapes(map);
+        ASSERT_EQ(2u, shapes.size());
+        EXPECT_EQ(1026u, shapes[1].spid);
+    }
+}
+
+}  // namespace
