@@ -3,6 +3,7 @@
 #include <clocale>
 #include <cmath>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <memory>
 #include <set>
@@ -68,6 +69,7 @@ void BookImplT<T>::reset() {
     _supBookBlocks.clear();
     _lbls.clear();
     _drawingGroup.clear();
+    _drawing.clear();
     _unknownRecords.clear();
     _boundSheetNames.clear();
     _rrTabId.assign(1, 1);
@@ -231,6 +233,10 @@ ISheetT<T>* BookImplT<T>::insertSheet(int index, const T* name, ISheetT<T>* init
             if (sicmp(sheet->nameRef(), s->nameRef()) == 0) throw zverror("book already contains such sheet name");
         if (source) {
             sheet->retainStrings();
+            // The copy's pictures are further uses of the pictures of the store.
+            if (_drawing.present() && !_drawing.unreadable())
+                for (const auto& shape : sheet->pictureShapes())
+                    if (shape.pib >= 1 && shape.pib <= _drawing.fbseCount()) addPicRef(shape.pib);
             sheet->setSelected(false);
         }
         else
@@ -506,25 +512,45 @@ void BookImplT<T>::setActiveSheet(int index) {
 
 template <class T>
 int BookImplT<T>::pictureSize() const {
-    return 0;
+    return guard(0, [&] { return _drawing.pictureCount(); });
 }
 
 template <class T>
-int BookImplT<T>::getPicture(int, const char**, unsigned*) const {
-    setMessage(kNotImplemented);
-    return PictureError;
+int BookImplT<T>::getPicture(int index, const char** data, unsigned* size) const {
+    return guard(static_cast<int>(PictureError), [&] {
+        BlipView blip = _drawing.picture(index);
+        if (data) *data = reinterpret_cast<const char*>(blip.data);
+        if (size) *size = static_cast<unsigned>(blip.size);
+        return static_cast<int>(blip.kind);
+    });
 }
 
 template <class T>
-int BookImplT<T>::addPicture(const T*) {
-    setMessage(kNotImplemented);
-    return -1;
+int BookImplT<T>::addPicture(const T* filename) {
+    return guard(-1, [&] {
+        if (!filename) throw zverror("unknown picture format");
+        std::wstring name;
+        toWide(filename, _utf8Mode, name);
+        BlipKind kind = pictureKindByName(name);
+        std::ifstream file(narrowPath(filename, _utf8Mode), std::ios::binary);
+        if (!file) throw zverror("can't open file");
+        std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+        const uint8_t* data = reinterpret_cast<const uint8_t*>(bytes.data());
+        if (kind == BlipKind::Jpeg) {
+            int width, height;
+            jpegSize(data, bytes.size(), &width, &height);
+        }
+        return _drawing.addPicture(kind, data, bytes.size());
+    });
 }
 
 template <class T>
-int BookImplT<T>::addPicture2(const char*, unsigned) {
-    setMessage(kNotImplemented);
-    return -1;
+int BookImplT<T>::addPicture2(const char* data, unsigned size) {
+    return guard(-1, [&] {
+        const uint8_t* bytes = reinterpret_cast<const uint8_t*>(data);
+        BlipKind kind = sniffPicture(bytes, size);
+        return _drawing.addPicture(kind, bytes, size);
+    });
 }
 
 template <class T>

@@ -14,6 +14,7 @@
 #include "formula/formula_decoder.h"
 #include "formula/formula_encoder.h"
 #include "book/palette.h"
+#include "officeart/drawing_group.h"
 #include "frame/mem_pool.h"
 #include "frame/text.h"
 #include "frame/zverror.h"
@@ -187,6 +188,13 @@ public:
     bool xtiCoversTab(uint16_t ixti, int tab) const;
     // Tab range of a sheet name or "First:Last", quotes removed; throws "sheet is not found".
     void getIndexesByName(const std::wstring& name, int& first, int& last) const;
+    // The drawing group: pictures of the book and the numbering of all drawings' shapes.
+    DrawingGroup& drawingGroup() { return _drawing; }
+    const DrawingGroup& drawingGroup() const { return _drawing; }
+    // Builds the default drawing group of a book that has none; a loaded one stays as it is.
+    void initMsoDrawingGroup() { _drawing.initDefault(); }
+    // One more use of the 1-based picture id; "pictureId is out of range" for an unknown one.
+    void addPicRef(int id) { _drawing.addPicRef(id); }
 
 private:
     void readGlobal(uint16_t type, uint16_t size);
@@ -222,6 +230,8 @@ private:
     std::vector<std::vector<Biff<T>>> _supBookBlocks;
     std::vector<std::vector<Biff<T>>> _lbls;
     std::vector<Biff<T>> _drawingGroup;
+    // The drawing group as read from _drawingGroup; written from here once something changed it.
+    DrawingGroup _drawing;
     std::vector<Biff<T>> _unknownRecords;
     std::vector<uint16_t> _rrTabId;
     Window1 _window1;

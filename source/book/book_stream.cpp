@@ -623,6 +623,11 @@ void BookImplT<T>::readStream() {
         readGlobal(type, size);
     }
     if (!sawBof) throw zverror("This file format isn't supported");
+    if (!_drawingGroup.empty()) {
+        std::vector<uint8_t> art;
+        for (const auto& record : _drawingGroup) art.insert(art.end(), record.payload.begin(), record.payload.end());
+        _drawing.load(art);
+    }
     _unknownRecords.shrink_to_fit();
     for (size_t i = 0; i < _boundSheets.size(); ++i) {
         std::unique_ptr<SheetImplT<T>> sheet(new SheetImplT<T>(this));
@@ -757,7 +762,16 @@ void BookImplT<T>::writeStream() {
         for (const auto& record : block) record.write(xls);
     for (const auto& name : _lbls)
         for (const auto& record : name) record.write(xls);
-    for (const auto& record : _drawingGroup) record.write(xls);
+    if (_drawing.modified()) {
+        // The group's bytes in one MsoDrawingGroup record and as many CONTINUE records as needed.
+        std::vector<uint8_t> art = _drawing.bytes();
+        for (size_t at = 0; at < art.size(); at += 8224) {
+            size_t n = std::min<size_t>(8224, art.size() - at);
+            xls.write(at == 0 ? 235 : 60, reinterpret_cast<const char*>(art.data() + at), static_cast<int>(n));
+        }
+    } else {
+        for (const auto& record : _drawingGroup) record.write(xls);
+    }
     xls.write(449, 8);
     xls.writeInt16(_recalcIdRt);
     xls.writeInt16(_recalcIdReserved);

@@ -796,18 +796,6 @@ bool SheetImplT<T>::writeFormula(int row, int col, const T* value, IFormatT<T>* 
         return true;
     });
 }
-template <class T>
-const T* SheetImplT<T>::readComment(int, int) const { return notImplemented(); }
-template <class T>
-void SheetImplT<T>::writeComment(int, int, const T*, const T*, int, int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-int SheetImplT<T>::pictureSize() const { return 0; }
-template <class T>
-int SheetImplT<T>::getPicture(int, int*, int*, int*, int*, int*, int*, int*, int*) const { ZV_NOT_IMPLEMENTED(-1); }
-template <class T>
-void SheetImplT<T>::setPicture(int, int, int, double, int, int) { ZV_NOT_IMPLEMENTED(); }
-template <class T>
-void SheetImplT<T>::setPicture2(int, int, int, int, int, int, int) { ZV_NOT_IMPLEMENTED(); }
 #undef ZV_NOT_IMPLEMENTED
 
 template class SheetImplT<char>;

@@ -13,6 +13,7 @@
 #include "book/sheet_index.h"
 #include "frame/huge_pages.h"
 #include "frame/text.h"
+#include "officeart/sheet_drawing.h"
 #include "zelvar.h"
 
 namespace zelvar {
@@ -188,6 +189,8 @@ public:
     // The stored tokens of a formula cell's entry (count, tokens, extra data), for diagnostics.
     const std::vector<uint8_t>& formulaTokens(uint32_t entry) const { return _formulas.at(SheetIndex::position(entry)).formula.tokens; }
     void retainStrings();
+    // The picture shapes of the sheet's drawing.
+    std::vector<ShapeInfo> pictureShapes() const { return drawingPictures(_objects); }
     // Drops this sheet's references to shared strings before the sheet goes away.
     void releaseStrings();
 
@@ -224,6 +227,16 @@ private:
     // Sets the row or column of the record an entry points at.
     void moveRecord(uint32_t entry, int row, int col);
     void shiftNotes(int first, int count, bool isRow, bool insert);
+    // Pixel sizes of a column and a row, for drawing anchors.
+    int colWidthInt(int col) const;
+    int rowHeightInt(int row) const;
+    // The anchor of a box of width x height pixels whose corner lies offset pixels into the cell;
+    // -1 for a size takes the merged range of the cell.
+    OfficeArtCoord calcCoord(int row, int col, int width, int height, int offsetX, int offsetY) const;
+    void extractPictureCoordAndSize(const ShapeInfo& shape, int* rowTop, int* colLeft, int* rowBottom,
+                                    int* colRight, int* width, int* height, int* offsetX, int* offsetY) const;
+    // Object ids of the sheet's drawing: -1 until the first new object needs one.
+    int nextObjectCounter();
     void insertMerges(int first, int last, bool isRow);
     void removeMerges(int first, int last, bool isRow);
     struct NameView;
@@ -301,6 +314,8 @@ private:
     std::wstring _formulaText;
     std::wstring _nameText;
     bool _refA1 = true;
+    int _objectCounter = -1;
+    mutable std::wstring _commentText;  // the text readComment gave last
     mutable bool _dimensionsDirty = false;
 };
 

@@ -82,13 +82,14 @@ void SheetImplT<T>::read(XlsStream& xls, uint64_t length) {
                 while (depth > 0 && !xls.eof()) {
                     uint16_t t = 0, n = 0;
                     if (xls.readInt16(&t) < 2) break;
+                    if (t == 0) throw zverror("read error: record id can't be 0");
                     xls.readInt16(&n);
                     readRaw(xls, t, n, _objects);
                     if (t == 2057) ++depth;
                     if (t == 10) --depth;
                 }
-                // The drawing goes on behind the chart, in CONTINUE records of its own.
-                while (!xls.eof() && xls.peekInt16() == 60) {
+                // The sheet's drawing may go on in CONTINUE records right behind the chart.
+                while (!xls.eof() && xls.peekInt16() == 0x003C) {
                     uint16_t t = 0, n = 0;
                     xls.readInt16(&t);
                     xls.readInt16(&n);

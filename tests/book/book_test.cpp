@@ -295,11 +295,3 @@ TYPED_TEST(BookTest, RefR1C1FollowsTheLastSheet) {
     EXPECT_FALSE(book->refR1C1());
 }
 
-TYPED_TEST(BookTest, NotYetBuiltOperationsSaySo) {
-    auto book = newBook<TypeParam>();
-    ISheetT<TypeParam>* sheet = book->addSheet(S<TypeParam>("A").c_str());
-    sheet->writeComment(0, 0, S<TypeParam>("note").c_str());
-    EXPECT_STREQ("not implemented", book->errorMessage());
-    EXPECT_EQ(-1, book->addPicture2("x", 1));
-    EXPECT_STREQ("not implemented", book->errorMessage());
-}
