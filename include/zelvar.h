@@ -602,15 +602,17 @@ public:
      *     sheet->writeFormula(5, 0, "SUM(A1:A5)");
      *     sheet->writeFormula(6, 0, "IF(A6>100,\"high\",\"low\")", fmt); */
     virtual bool writeFormula(int row, int col, const T* value, IFormatT<T>* format = 0) = 0;
-    /* Comment text of the cell, or null.
-     * Fails with: "not implemented" in the binary family in this version. XML books: "not
+    /* Comment text of the cell, or null when the cell has none (with "ok").
+     * Fails with: "row must be in range 0-65535", "col must be in range 0-255". XML books: "not
      * supported".
      *     const char* note = sheet->readComment(0, 0);
      *     if (!note) puts(book->errorMessage()); */
     virtual const T* readComment(int row, int col) const = 0;
-    /* Attaches a comment to the cell with its author and the size of its box in pixels.
-     * Fails with: "not implemented" in the binary family in this version. XML books: "not
-     * supported".
+    /* Attaches a comment to the cell with its author (null: the default author) and the size of
+     * its box in pixels; a second comment on the same cell replaces the first.
+     * Fails with: "row must be in range 0-65535", "col must be in range 0-255", "comment is too
+     * long", "author is too long", "too many shapes", "too many objects in sheet". XML books:
+     * "not supported".
      *     sheet->writeComment(0, 0, "checked", "audit", 129, 75);
      *     puts(book->errorMessage()); */
     virtual void writeComment(int row, int col, const T* value, const T* author = 0, int width = 129,
@@ -694,28 +696,33 @@ public:
      *     sheet->setMerge(0, 0, 0, 3);
      *     sheet->delMerge(0, 2); */
     virtual bool delMerge(int row, int col) = 0;
-    /* Number of pictures anchored on this sheet; 0 in the binary family in this version.
+    /* Number of pictures anchored on this sheet.
      * Fails with: none.
      *     for (int i = 0; i < sheet->pictureSize(); ++i)
      *         printf("%d\n", sheet->getPicture(i)); */
     virtual int pictureSize() const = 0;
     /* Id (in the book's store) and place of the index-th picture of the sheet, -1 on failure;
-     * every pointer may be null.
-     * Fails with: "not implemented" in the binary family in this version.
+     * every pointer may be null. Width and height are in pixels.
+     * Fails with: "picture not found".
      *     int row, col;
      *     int id = sheet->getPicture(0, &row, &col); */
     virtual int getPicture(int index, int* rowTop = 0, int* colLeft = 0, int* rowBottom = 0,
                            int* colRight = 0, int* width = 0, int* height = 0, int* offsetX = 0,
                            int* offsetY = 0) const = 0;
     /* Anchors a picture of the book's store at the cell, at its natural size times scale, moved
-     * by offsetX and offsetY pixels.
-     * Fails with: "not implemented" in the binary family in this version.
+     * by offsetX and offsetY pixels. An offset beyond the cell is cut to the cell's size and
+     * leaves a warning as the message: "warning: offset_x exceed cell's width", "warning:
+     * offset_y exceed cell's height" or "warning: offset_x and offset_y exceed cell's size".
+     * Fails with: "pictureId is out of range", "row must be in range 0-65535", "col must be in
+     * range 0-255".
      *     int id = book->addPicture("logo.png");
      *     sheet->setPicture(0, 0, id, 0.5); */
     virtual void setPicture(int row, int col, int pictureId, double scale = 1.0, int offsetX = 0,
                             int offsetY = 0) = 0;
-    /* Anchors a picture at a size in pixels; -1 keeps the natural width or height.
-     * Fails with: "not implemented" in the binary family in this version.
+    /* Anchors a picture at a size in pixels; -1 keeps the natural width or height. Offsets as
+     * in setPicture, with the same warnings.
+     * Fails with: "pictureId is out of range", "row must be in range 0-65535", "col must be in
+     * range 0-255".
      *     int id = book->addPicture("logo.png");
      *     sheet->setPicture2(0, 0, id, 200, 100); */
     virtual void setPicture2(int row, int col, int pictureId, int width = -1, int height = -1,
@@ -1277,25 +1284,26 @@ public:
      *     book->setActiveSheet(book->sheetCount() - 1);
      *     book->save("out.xls"); */
     virtual void setActiveSheet(int index) = 0;
-    /* Number of pictures in the book's store; 0 in the binary family in this version.
+    /* Number of pictures in the book's store, those of a loaded file included.
      * Fails with: none.
      *     for (int i = 0; i < book->pictureSize(); ++i)
      *         printf("%d\n", book->getPicture(i, nullptr, nullptr)); */
     virtual int pictureSize() const = 0;
     /* Type (PictureType) and bytes of a picture of the store; the block stays the book's. 255
      * (PictureError) on failure.
-     * Fails with: "not implemented" in the binary family in this version.
+     * Fails with: "index is out of range".
      *     const char* data; unsigned size;
      *     if (book->getPicture(0, &data, &size) == PicturePng) fwrite(data, 1, size, stdout); */
     virtual int getPicture(int index, const char** data, unsigned* size) const = 0;
-    /* Adds a picture file (PNG, JPEG, WMF, EMF, BMP) to the store and returns its id for
-     * ISheetT::setPicture; -1 on failure.
-     * Fails with: "not implemented" in the binary family in this version.
+    /* Adds a picture file to the store and returns its id for ISheetT::setPicture; -1 on
+     * failure. The type comes from the name's ending: .png, .jpg, .wmf, .emf, .bmp, .dib.
+     * Fails with: "unknown picture format", "can't open file", "invalid jpg file", "picture is
+     * too big".
      *     int logo = book->addPicture("logo.png");
      *     if (logo < 0) puts(book->errorMessage()); */
     virtual int addPicture(const T* filename) = 0;
-    /* As addPicture, from a memory block, which is copied.
-     * Fails with: "not implemented" in the binary family in this version.
+    /* As addPicture, from a memory block, which is copied; the type comes from its first bytes.
+     * Fails with: "unknown picture format", "invalid jpg file", "picture is too big".
      *     const char* data; unsigned size;
      *     if (other->getPicture(0, &data, &size) != PictureError) book->addPicture2(data, size); */
     virtual int addPicture2(const char* data, unsigned size) = 0;

@@ -228,7 +228,7 @@ ZELVAR_API int zvBookActiveSheetW(BookHandle handle);
  *     zvBookSaveA(book, "out.xls"); */
 ZELVAR_API void zvBookSetActiveSheetA(BookHandle handle, int index);
 ZELVAR_API void zvBookSetActiveSheetW(BookHandle handle, int index);
-/* Number of pictures in the book's store; 0 in the binary family in this version.
+/* Number of pictures in the book's store, those of a loaded file included.
  * Fails with: none.
  *     for (int i = 0; i < zvBookPictureSizeA(book); ++i)
  *         printf("%d\n", zvBookGetPictureA(book, i, NULL, NULL)); */
@@ -236,20 +236,21 @@ ZELVAR_API int zvBookPictureSizeA(BookHandle handle);
 ZELVAR_API int zvBookPictureSizeW(BookHandle handle);
 /* Type (PictureType) and bytes of a picture of the store; the block stays the book's. 255
  * (PictureError) on failure.
- * Fails with: "not implemented" in the binary family in this version.
+ * Fails with: "index is out of range".
  *     const char* data; unsigned size;
  *     if (zvBookGetPictureA(book, 0, &data, &size) == 0) fwrite(data, 1, size, stdout); */
 ZELVAR_API int zvBookGetPictureA(BookHandle handle, int index, const char** data, unsigned* size);
 ZELVAR_API int zvBookGetPictureW(BookHandle handle, int index, const char** data, unsigned* size);
-/* Adds a picture file (PNG, JPEG, WMF, EMF, BMP) to the store and returns its id for
- * ISheetT::setPicture; -1 on failure.
- * Fails with: "not implemented" in the binary family in this version.
+/* Adds a picture file to the store and returns its id for ISheetT::setPicture; -1 on
+ * failure. The type comes from the name's ending: .png, .jpg, .wmf, .emf, .bmp, .dib.
+ * Fails with: "unknown picture format", "can't open file", "invalid jpg file", "picture is
+ * too big".
  *     int logo = zvBookAddPictureA(book, "logo.png");
  *     if (logo < 0) puts(zvBookErrorMessageA(book)); */
 ZELVAR_API int zvBookAddPictureA(BookHandle handle, const char* filename);
 ZELVAR_API int zvBookAddPictureW(BookHandle handle, const wchar_t* filename);
-/* As addPicture, from a memory block, which is copied.
- * Fails with: "not implemented" in the binary family in this version.
+/* As addPicture, from a memory block, which is copied; the type comes from its first bytes.
+ * Fails with: "unknown picture format", "invalid jpg file", "picture is too big".
  *     const char* data; unsigned size;
  *     if (zvBookGetPictureA(other, 0, &data, &size) != 255) zvBookAddPicture2A(book, data, size); */
 ZELVAR_API int zvBookAddPicture2A(BookHandle handle, const char* data, unsigned size);
@@ -451,16 +452,18 @@ ZELVAR_API const wchar_t* zvSheetReadFormulaW(SheetHandle handle, int row, int c
  *     zvSheetWriteFormulaA(sheet, 6, 0, "IF(A6>100,\"high\",\"low\")", fmt); */
 ZELVAR_API int zvSheetWriteFormulaA(SheetHandle handle, int row, int col, const char* value, FormatHandle format);
 ZELVAR_API int zvSheetWriteFormulaW(SheetHandle handle, int row, int col, const wchar_t* value, FormatHandle format);
-/* Comment text of the cell, or null.
- * Fails with: "not implemented" in the binary family in this version. XML books: "not
+/* Comment text of the cell, or null when the cell has none (with "ok").
+ * Fails with: "row must be in range 0-65535", "col must be in range 0-255". XML books: "not
  * supported".
  *     const char* note = zvSheetReadCommentA(sheet, 0, 0);
  *     if (!note) puts(zvBookErrorMessageA(book)); */
 ZELVAR_API const char* zvSheetReadCommentA(SheetHandle handle, int row, int col);
 ZELVAR_API const wchar_t* zvSheetReadCommentW(SheetHandle handle, int row, int col);
-/* Attaches a comment to the cell with its author and the size of its box in pixels.
- * Fails with: "not implemented" in the binary family in this version. XML books: "not
- * supported".
+/* Attaches a comment to the cell with its author (null: the default author) and the size of
+ * its box in pixels; a second comment on the same cell replaces the first.
+ * Fails with: "row must be in range 0-65535", "col must be in range 0-255", "comment is too
+ * long", "author is too long", "too many shapes", "too many objects in sheet". XML books:
+ * "not supported".
  *     zvSheetWriteCommentA(sheet, 0, 0, "checked", "audit", 129, 75);
  *     puts(zvBookErrorMessageA(book)); */
 ZELVAR_API void zvSheetWriteCommentA(SheetHandle handle, int row, int col, const char* value, const char* author, int width, int height);
@@ -556,28 +559,33 @@ ZELVAR_API int zvSheetSetMergeW(SheetHandle handle, int rowFirst, int rowLast, i
  *     zvSheetDelMergeA(sheet, 0, 2); */
 ZELVAR_API int zvSheetDelMergeA(SheetHandle handle, int row, int col);
 ZELVAR_API int zvSheetDelMergeW(SheetHandle handle, int row, int col);
-/* Number of pictures anchored on this sheet; 0 in the binary family in this version.
+/* Number of pictures anchored on this sheet.
  * Fails with: none.
  *     for (int i = 0; i < zvSheetPictureSizeA(sheet); ++i)
  *         printf("%d\n", zvSheetGetPictureA(sheet, i, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL)); */
 ZELVAR_API int zvSheetPictureSizeA(SheetHandle handle);
 ZELVAR_API int zvSheetPictureSizeW(SheetHandle handle);
 /* Id (in the book's store) and place of the index-th picture of the sheet, -1 on failure;
- * every pointer may be null.
- * Fails with: "not implemented" in the binary family in this version.
+ * every pointer may be null. Width and height are in pixels.
+ * Fails with: "picture not found".
  *     int row, col;
  *     int id = zvSheetGetPictureA(sheet, 0, &row, &col, NULL, NULL, NULL, NULL, NULL, NULL); */
 ZELVAR_API int zvSheetGetPictureA(SheetHandle handle, int index, int* rowTop, int* colLeft, int* rowBottom, int* colRight, int* width, int* height, int* offsetX, int* offsetY);
 ZELVAR_API int zvSheetGetPictureW(SheetHandle handle, int index, int* rowTop, int* colLeft, int* rowBottom, int* colRight, int* width, int* height, int* offsetX, int* offsetY);
 /* Anchors a picture of the book's store at the cell, at its natural size times scale, moved
- * by offsetX and offsetY pixels.
- * Fails with: "not implemented" in the binary family in this version.
+ * by offsetX and offsetY pixels. An offset beyond the cell is cut to the cell's size and
+ * leaves a warning as the message: "warning: offset_x exceed cell's width", "warning:
+ * offset_y exceed cell's height" or "warning: offset_x and offset_y exceed cell's size".
+ * Fails with: "pictureId is out of range", "row must be in range 0-65535", "col must be in
+ * range 0-255".
  *     int id = zvBookAddPictureA(book, "logo.png");
  *     zvSheetSetPictureA(sheet, 0, 0, id, 0.5, 0, 0); */
 ZELVAR_API void zvSheetSetPictureA(SheetHandle handle, int row, int col, int pictureId, double scale, int offsetX, int offsetY);
 ZELVAR_API void zvSheetSetPictureW(SheetHandle handle, int row, int col, int pictureId, double scale, int offsetX, int offsetY);
-/* Anchors a picture at a size in pixels; -1 keeps the natural width or height.
- * Fails with: "not implemented" in the binary family in this version.
+/* Anchors a picture at a size in pixels; -1 keeps the natural width or height. Offsets as
+ * in setPicture, with the same warnings.
+ * Fails with: "pictureId is out of range", "row must be in range 0-65535", "col must be in
+ * range 0-255".
  *     int id = zvBookAddPictureA(book, "logo.png");
  *     zvSheetSetPicture2A(sheet, 0, 0, id, 200, 100, 0, 0); */
 ZELVAR_API void zvSheetSetPicture2A(SheetHandle handle, int row, int col, int pictureId, int width, int height, int offsetX, int offsetY);
