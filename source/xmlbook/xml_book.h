@@ -20,6 +20,10 @@ class ZipWriter;
 template <class T, class Tag>
 class XMLBookImplT;
 
+// A formula moved by rows and columns: relative references shift, quoted text and function
+// names stay.
+std::wstring shiftFormula(const std::wstring& text, int dRow, int dCol);
+
 // First row, last row, first column, last column; the last two are one past the end.
 struct XMLDimensions {
     int firstRow = 0, lastRow = 0, firstCol = 0, lastCol = 0;
@@ -211,6 +215,10 @@ public:
 
 private:
     void init();
+    // Rows and cells that a writer left without their address take the place after the one before.
+    void fillMissingAddresses();
+    // The serial number of an ISO 8601 date or time.
+    double isoDateValue(const std::string& text) const;
     void ok() const;
     void fail(const char* text) const;
     void notSupported() const { fail("not supported"); }

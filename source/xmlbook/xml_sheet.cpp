@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 
 #include "formula/xml_formula.h"
@@ -9,7 +10,7 @@ namespace zelvar {
 
 namespace {
 
-enum CellTypeCode { CodeNone = 0, CodeBool = 1, CodeNumber = 2, CodeError = 3, CodeShared = 4, CodeStr = 5, CodeInline = 6 };
+enum CellTypeCode { CodeNone = 0, CodeBool = 1, CodeNumber = 2, CodeError = 3, CodeShared = 4, CodeStr = 5, CodeInline = 6, CodeDate = 7 };
 
 // Writes an unsigned number as decimal text; returns the length.
 size_t unsignedToChars(unsigned value, char* buf) {
@@ -67,8 +68,49 @@ template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::init() {
     _book = nullptr;
     _index = -1;
+    fillMissingAddresses();
     recalcDimensions();
     _dimDirty = false;
+}
+
+template <class T, class Tag>
+void XMLSheetImplT<T, Tag>::fillMissingAddresses() {
+    auto* data = static_cast<const typename X::Worksheet&>(this->tree).get_sheetData();
+    if (!data) return;
+    auto& rows = this->tree.get_sheetData();
+    long previousRow = -1;
+    for (size_t i = 0; i < rows.size_row(); ++i) {
+        Row& row = rows.get_row(i);
+        std::vector<lmx::c_cell_base*>& cells = row.get_c_vector();
+        if (!row.isset_r()) {
+            // A row without its number follows the one before, unless its first cell names it.
+            long number = previousRow + 1;
+            if (!cells.empty() && cells[0]->isset_r()) number = static_cast<long>(cells[0]->get_row());
+            row.set_r(static_cast<uint32_t>(number + 1));
+        }
+        previousRow = static_cast<long>(row.get_r()) - 1;
+        long previousCol = -1;
+        for (lmx::c_cell_base* cell : cells) {
+            if (!cell->isset_r()) cell->set_row_col(static_cast<unsigned>(previousRow), static_cast<unsigned>(previousCol + 1));
+            previousCol = static_cast<long>(cell->get_col());
+        }
+    }
+}
+
+template <class T, class Tag>
+double XMLSheetImplT<T, Tag>::isoDateValue(const std::string& text) const {
+    // ISO 8601 text of a t="d" cell: a date, a time, or both joined by "T"; a zone is ignored.
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0;
+    double second = 0;
+    const char* p = text.c_str();
+    int used = 0;
+    if (std::sscanf(p, "%d-%d-%d%n", &year, &month, &day, &used) == 3) {
+        p += used;
+        if (*p == 'T' || *p == ' ') ++p;
+    }
+    if (std::sscanf(p, "%d:%d:%lf", &hour, &minute, &second) < 2 && year == 0) throw zverror("this cell doesn't contain a number");
+    double value = year || month || day ? _book->datePack(year, month, day) : 0.0;
+    return value + hour / 24.0 + minute / 1440.0 + second / 86400.0;
 }
 
 template <class T, class Tag>
@@ -282,6 +324,7 @@ int XMLSheetImplT<T, Tag>::cellType(const Cell* cell) {
         case CodeInline: return CellString;
         case CodeBool: return CellBoolean;
         case CodeError: return CellError;
+        case CodeDate: return CellNumber;
         default: return CellEmpty;
     }
 }
@@ -530,9 +573,11 @@ double XMLSheetImplT<T, Tag>::readNum(int row, int col, IFormatT<T>** format) co
     const Cell* cell = read(row, col);
     if (!cell) throw zverror("cell is not found");
     unsigned code = cell->type_code();
-    if ((code != CodeNone && code != CodeNumber) || !cell->isset_v()) throw zverror("this cell doesn't contain a number");
+    if ((code != CodeNone && code != CodeNumber && code != CodeDate) || !cell->isset_v())
+        throw zverror("this cell doesn't contain a number");
     if (format) *format = fetchFormat(cell);
-    double value = Converter::charsToDouble(cell->v_data(), cell->v_size());
+    double value = code == CodeDate ? isoDateValue(std::string(cell->v_data(), cell->v_size()))
+                                    : Converter::charsToDouble(cell->v_data(), cell->v_size());
     ok();
     return value;
     XS_END(0.0)
@@ -599,8 +644,58 @@ bool XMLSheetImplT<T, Tag>::writeBlank(int row, int col, IFormatT<T>* format) {
 
 namespace {
 
-// The text of the master of a shared group, moved to the member's place through relative
-// notation: references shift as the member lies from the master.
+bool isRefChar(wchar_t c) { return (c >= L'A' && c <= L'Z') || (c >= L'0' && c <= L'9') || c == L'$'; }
+
+void flushToken(std::wstring& token, std::wstring& out, bool function, int dRow, int dCol) {
+    if (token.empty()) return;
+    bool reference = !function && ((token[0] >= L'A' && token[0] <= L'Z' && token.back() >= L'0' && token.back() <= L'9') ||
+                                   token[0] == L'$');
+    if (reference) {
+        int row = -1, col = -1;
+        bool rowRelative = true, colRelative = true;
+        ExcelUtil::addrToRowCol(token, &row, &col, &rowRelative, &colRelative);
+        if (rowRelative) row += dRow;
+        if (colRelative) col += dCol;
+        try {
+            out += ExcelUtil::rowColToAddr(row, col, rowRelative, colRelative);
+        } catch (const zverror&) {
+            out += L"#REF!";
+        }
+    } else {
+        out += token;
+    }
+    token.clear();
+}
+
+}  // namespace
+
+// A formula moved by rows and columns: relative references shift, text in double quotes and
+// function names stay.
+std::wstring shiftFormula(const std::wstring& text, int dRow, int dCol) {
+    std::wstring out, token;
+    out.reserve(text.size() + 8);
+    bool inString = false;
+    for (wchar_t c : text) {
+        if (c == L'"') inString = !inString;
+        if (inString) {
+            if (c == L'"') flushToken(token, out, false, dRow, dCol);
+            out.push_back(c);
+            continue;
+        }
+        if (isRefChar(c)) {
+            token.push_back(c);
+            continue;
+        }
+        flushToken(token, out, c == L'(', dRow, dCol);
+        out.push_back(c);
+    }
+    flushToken(token, out, false, dRow, dCol);
+    return out;
+}
+
+namespace {
+
+// The text of a member of a shared group: the master's text moved to the member's place.
 template <class Row, class Cell, class Data>
 bool sharedFormulaText(const Data* data, unsigned si, int row, int col, std::wstring& out) {
     if (!data) return false;
@@ -609,12 +704,10 @@ bool sharedFormulaText(const Data* data, unsigned si, int row, int col, std::wst
         for (size_t k = 0; k < r.size_c(); ++k) {
             const Cell& c = r.get_c(k);
             const auto* f = c.get_f();
-            if (!f || !f->isset_si() || f->get_si() != si || !f->isset_t() || f->get_t() != L"shared") continue;
+            if (!f || !f->isset_t() || !f->isset_si() || f->get_si() != si) continue;
             std::wstring text = f->get_value();
-            if (text.empty() || !f->isset_ref()) continue;
-            XMLFormula::toRefR1C1(text, static_cast<int>(c.get_row()), static_cast<int>(c.get_col()));
-            XMLFormula::toRefA1(text, row, col, false);
-            out.swap(text);
+            if (text.empty()) continue;
+            out = shiftFormula(text, row - static_cast<int>(c.get_row()), col - static_cast<int>(c.get_col()));
             return true;
         }
     }

@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Prints the cells of XML workbook oracles (dates and times stay text) of corpus oracle dumps as tab-separated lines for the C++ tests.
+"""Prints the cells of XML workbook oracles as tab-separated lines for the C++ tests; dates and
+times that the reader gave as text stay text.
 
 For each oracle file given: "F <file>" and "E <error>" when the reader failed; for each listed
 worksheet "S <index> <name>"; for each cell "C <row> <col> <type> <value>". Numbers are written
