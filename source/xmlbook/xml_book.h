@@ -209,6 +209,22 @@ public:
     void addrToRowCol(const T* addr, int* row, int* col, bool* rowRelative = 0, bool* colRelative = 0) override;
     const T* rowColToAddr(int row, int col, bool rowRelative = true, bool colRelative = true) override;
 
+    // ---- structural edits and layout helpers
+    // A merge or area reference split into its corners; one address fills both.
+    static void parseRef(const std::wstring& ref, int* r1, int* c1, int* r2, int* c2);
+    static std::wstring makeRef(int r1, int c1, int r2, int c2);
+    // The range first..last with delFirst..delLast taken out and what lay behind moved up;
+    // false when nothing is left.
+    static bool subtractRange(int first, int last, int delFirst, int delLast, int* outFirst, int* outLast);
+    // The col entries covering colFirst..colLast, split where they stick out.
+    std::vector<typename X::Col*> overwriteCols(int colFirst, int colLast);
+    // One col entry for exactly colFirst..colLast.
+    typename X::Col* overwriteCol(int colFirst, int colLast);
+    double defaultColWidth() const;
+    int colWidthPx(unsigned short col) const;
+    int rowHeightPx(unsigned short row) const;
+    int maxDigitWidth() const;
+
     // The entry of this sheet in the workbook's sheet list.
     typename X::Sheet* sheetEntry() const;
     void setWideName(const std::wstring& name);
