@@ -879,13 +879,13 @@ int XMLBookImplT<T, Tag>::getPicture(int index, const char** data, unsigned* siz
 
 template <class T, class Tag>
 int XMLBookImplT<T, Tag>::addPicture(const T*) {
-    _errorText = "not supported";
+    _errorText = "not implemented";
     return -1;
 }
 
 template <class T, class Tag>
 int XMLBookImplT<T, Tag>::addPicture2(const char*, unsigned) {
-    _errorText = "not supported";
+    _errorText = "not implemented";
     return -1;
 }
 

@@ -221,7 +221,8 @@ private:
     double isoDateValue(const std::string& text) const;
     void ok() const;
     void fail(const char* text) const;
-    void notSupported() const { fail("not supported"); }
+    // Operations that this side does not carry out yet.
+    void notImplemented() const { fail("not implemented"); }
     bool utf8() const;
     IFormatT<T>* fetchFormat(const Cell* cell) const;
 

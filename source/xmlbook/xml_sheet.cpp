@@ -924,91 +924,91 @@ bool XMLSheetImplT<T, Tag>::setHidden(SheetState state) {
 
 // ---------------------------------------------------------------- settings kept for later work
 
-#define XS_NOT_SUPPORTED(value) \
-    notSupported();             \
+#define XS_NOT_IMPLEMENTED(value) \
+    notImplemented();             \
     return value;
 
-template <class T, class Tag> double XMLSheetImplT<T, Tag>::colWidth(int) const { XS_NOT_SUPPORTED(-1.0) }
-template <class T, class Tag> double XMLSheetImplT<T, Tag>::rowHeight(int) const { XS_NOT_SUPPORTED(-1.0) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setCol(int, int, double, IFormatT<T>*, bool) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setRow(int, double, IFormatT<T>*, bool) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::rowHidden(int) const { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setRowHidden(int, bool) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::colHidden(int) const { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setColHidden(int, bool) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::getMerge(int, int, int*, int*, int*, int*) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setMerge(int, int, int, int) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::delMerge(int, int) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::pictureSize() const { XS_NOT_SUPPORTED(0) }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::getPicture(int, int*, int*, int*, int*, int*, int*, int*, int*) const { XS_NOT_SUPPORTED(-1) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPicture(int, int, int, double, int, int) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPicture2(int, int, int, int, int, int, int) { notSupported(); }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::getHorPageBreak(int) const { XS_NOT_SUPPORTED(-1) }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::getHorPageBreakSize() const { XS_NOT_SUPPORTED(0) }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::getVerPageBreak(int) const { XS_NOT_SUPPORTED(-1) }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::getVerPageBreakSize() const { XS_NOT_SUPPORTED(0) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setHorPageBreak(int, bool) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setVerPageBreak(int, bool) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::split(int, int) { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::groupRows(int, int, bool) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::groupCols(int, int, bool) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::groupSummaryBelow() const { XS_NOT_SUPPORTED(true) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setGroupSummaryBelow(bool) { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::groupSummaryRight() const { XS_NOT_SUPPORTED(true) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setGroupSummaryRight(bool) { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::clear(int, int, int, int) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::insertCol(int, int) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::insertRow(int, int) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::removeCol(int, int) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::removeRow(int, int) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::displayGridlines() const { XS_NOT_SUPPORTED(true) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setDisplayGridlines(bool) { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::printGridlines() const { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintGridlines(bool) { notSupported(); }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::zoom() const { XS_NOT_SUPPORTED(100) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setZoom(int) { notSupported(); }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::printZoom() const { XS_NOT_SUPPORTED(100) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintZoom(int) { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::getPrintFit(int*, int*) const { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintFit(int, int) { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::landscape() const { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setLandscape(bool) { notSupported(); }
-template <class T, class Tag> Paper XMLSheetImplT<T, Tag>::paper() const { XS_NOT_SUPPORTED(PaperDefault) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPaper(Paper) { notSupported(); }
-template <class T, class Tag> const T* XMLSheetImplT<T, Tag>::header() const { XS_NOT_SUPPORTED(nullptr) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setHeader(const T*, double) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> double XMLSheetImplT<T, Tag>::headerMargin() const { XS_NOT_SUPPORTED(-1.0) }
-template <class T, class Tag> const T* XMLSheetImplT<T, Tag>::footer() const { XS_NOT_SUPPORTED(nullptr) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setFooter(const T*, double) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> double XMLSheetImplT<T, Tag>::footerMargin() const { XS_NOT_SUPPORTED(-1.0) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::hCenter() const { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setHCenter(bool) { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::vCenter() const { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setVCenter(bool) { notSupported(); }
-template <class T, class Tag> double XMLSheetImplT<T, Tag>::marginLeft() const { XS_NOT_SUPPORTED(-1.0) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setMarginLeft(double) { notSupported(); }
-template <class T, class Tag> double XMLSheetImplT<T, Tag>::marginRight() const { XS_NOT_SUPPORTED(-1.0) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setMarginRight(double) { notSupported(); }
-template <class T, class Tag> double XMLSheetImplT<T, Tag>::marginTop() const { XS_NOT_SUPPORTED(-1.0) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setMarginTop(double) { notSupported(); }
-template <class T, class Tag> double XMLSheetImplT<T, Tag>::marginBottom() const { XS_NOT_SUPPORTED(-1.0) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setMarginBottom(double) { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::printRowCol() const { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRowCol(bool) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatRows(int, int) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatCols(int, int) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintArea(int, int, int, int) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintRepeats() { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintArea() { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::getNamedRange(const T*, int*, int*, int*, int*) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setNamedRange(const T*, int, int, int, int) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::delNamedRange(const T*) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::namedRangeSize() const { XS_NOT_SUPPORTED(0) }
-template <class T, class Tag> const T* XMLSheetImplT<T, Tag>::namedRange(int, int*, int*, int*, int*) { XS_NOT_SUPPORTED(nullptr) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::protect() const { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setProtect(bool) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::getTopLeftView(int*, int*) const { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setTopLeftView(int, int) { notSupported(); }
+template <class T, class Tag> double XMLSheetImplT<T, Tag>::colWidth(int) const { XS_NOT_IMPLEMENTED(-1.0) }
+template <class T, class Tag> double XMLSheetImplT<T, Tag>::rowHeight(int) const { XS_NOT_IMPLEMENTED(-1.0) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setCol(int, int, double, IFormatT<T>*, bool) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setRow(int, double, IFormatT<T>*, bool) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::rowHidden(int) const { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setRowHidden(int, bool) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::colHidden(int) const { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setColHidden(int, bool) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::getMerge(int, int, int*, int*, int*, int*) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setMerge(int, int, int, int) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::delMerge(int, int) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::pictureSize() const { XS_NOT_IMPLEMENTED(0) }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::getPicture(int, int*, int*, int*, int*, int*, int*, int*, int*) const { XS_NOT_IMPLEMENTED(-1) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPicture(int, int, int, double, int, int) { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPicture2(int, int, int, int, int, int, int) { notImplemented(); }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::getHorPageBreak(int) const { XS_NOT_IMPLEMENTED(-1) }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::getHorPageBreakSize() const { XS_NOT_IMPLEMENTED(0) }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::getVerPageBreak(int) const { XS_NOT_IMPLEMENTED(-1) }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::getVerPageBreakSize() const { XS_NOT_IMPLEMENTED(0) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setHorPageBreak(int, bool) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setVerPageBreak(int, bool) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::split(int, int) { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::groupRows(int, int, bool) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::groupCols(int, int, bool) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::groupSummaryBelow() const { XS_NOT_IMPLEMENTED(true) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setGroupSummaryBelow(bool) { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::groupSummaryRight() const { XS_NOT_IMPLEMENTED(true) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setGroupSummaryRight(bool) { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::clear(int, int, int, int) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::insertCol(int, int) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::insertRow(int, int) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::removeCol(int, int) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::removeRow(int, int) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::displayGridlines() const { XS_NOT_IMPLEMENTED(true) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setDisplayGridlines(bool) { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::printGridlines() const { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintGridlines(bool) { notImplemented(); }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::zoom() const { XS_NOT_IMPLEMENTED(100) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setZoom(int) { notImplemented(); }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::printZoom() const { XS_NOT_IMPLEMENTED(100) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintZoom(int) { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::getPrintFit(int*, int*) const { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintFit(int, int) { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::landscape() const { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setLandscape(bool) { notImplemented(); }
+template <class T, class Tag> Paper XMLSheetImplT<T, Tag>::paper() const { XS_NOT_IMPLEMENTED(PaperDefault) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPaper(Paper) { notImplemented(); }
+template <class T, class Tag> const T* XMLSheetImplT<T, Tag>::header() const { XS_NOT_IMPLEMENTED(nullptr) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setHeader(const T*, double) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> double XMLSheetImplT<T, Tag>::headerMargin() const { XS_NOT_IMPLEMENTED(-1.0) }
+template <class T, class Tag> const T* XMLSheetImplT<T, Tag>::footer() const { XS_NOT_IMPLEMENTED(nullptr) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setFooter(const T*, double) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> double XMLSheetImplT<T, Tag>::footerMargin() const { XS_NOT_IMPLEMENTED(-1.0) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::hCenter() const { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setHCenter(bool) { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::vCenter() const { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setVCenter(bool) { notImplemented(); }
+template <class T, class Tag> double XMLSheetImplT<T, Tag>::marginLeft() const { XS_NOT_IMPLEMENTED(-1.0) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setMarginLeft(double) { notImplemented(); }
+template <class T, class Tag> double XMLSheetImplT<T, Tag>::marginRight() const { XS_NOT_IMPLEMENTED(-1.0) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setMarginRight(double) { notImplemented(); }
+template <class T, class Tag> double XMLSheetImplT<T, Tag>::marginTop() const { XS_NOT_IMPLEMENTED(-1.0) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setMarginTop(double) { notImplemented(); }
+template <class T, class Tag> double XMLSheetImplT<T, Tag>::marginBottom() const { XS_NOT_IMPLEMENTED(-1.0) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setMarginBottom(double) { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::printRowCol() const { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRowCol(bool) { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatRows(int, int) { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatCols(int, int) { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintArea(int, int, int, int) { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintRepeats() { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintArea() { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::getNamedRange(const T*, int*, int*, int*, int*) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setNamedRange(const T*, int, int, int, int) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::delNamedRange(const T*) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::namedRangeSize() const { XS_NOT_IMPLEMENTED(0) }
+template <class T, class Tag> const T* XMLSheetImplT<T, Tag>::namedRange(int, int*, int*, int*, int*) { XS_NOT_IMPLEMENTED(nullptr) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::protect() const { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setProtect(bool) { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::getTopLeftView(int*, int*) const { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setTopLeftView(int, int) { notImplemented(); }
 
 template class XMLSheetImplT<char, excelNormal_tag>;
 template class XMLSheetImplT<wchar_t, excelNormal_tag>;
