@@ -8,6 +8,7 @@ FUZZ_BUILD ?= build-fuzz
 
 demo: deps build
 	./$(BUILD)/quickstart $(BUILD)/quickstart.xls
+	./$(BUILD)/quickstart $(BUILD)/quickstart.xlsx
 	./$(BUILD)/quickstart_c $(BUILD)/quickstart_c.xls
 
 deps:

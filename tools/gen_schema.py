@@ -444,6 +444,12 @@ class Builder:
             t.steps.append(Step("group", mn, mx, target=sub))
             return
         # sequence or all
+        kids = [c for c in p if c.tag != q("annotation")]
+        if (top and not t.steps and mn == 1 and mx == 1 and len(kids) == 1 and kids[0].tag == q("choice")
+                and occurs(kids[0]) == (1, 1)):
+            # A sequence of one choice is the choice.
+            self.build_particle(t, kids[0], ctx, top=True, group_item=group_item)
+            return
         if mx != 1 and not group_item:
             sub = self.anon(t, "anon_seq", p, ctx, "group")
             t.steps.append(Step("group", mn, mx, target=sub))
@@ -484,8 +490,7 @@ NAMESPACES = [
          ns=[(1001, "", T + "/spreadsheetml/2006/main"), (1000, "r", T + "/officeDocument/2006/relationships")],
          known=True, tolerant=["workbook"], foreign=["CT_Workbook"]),
     dict(name="styles", entry="transitional/sml.xsd", roots=["styleSheet"], units=["sml-styles"],
-         ns=[(1000, "", T + "/spreadsheetml/2006/main")], foreign=["CT_Stylesheet", "CT_Fonts"],
-         known=True, tolerant=["styleSheet"]),
+         ns=[(1000, "", T + "/spreadsheetml/2006/main")], foreign=["CT_Stylesheet", "CT_Fonts", "CT_CellStyle"]),
     dict(name="sharedStringTable", entry="transitional/sml.xsd", roots=["sst"], units=["sml-sharedStringTable"],
          ns=[(1000, "", T + "/spreadsheetml/2006/main")], foreign=["CT_Stylesheet", "CT_Fonts"]),
     dict(name="strict", entry="strict/sml.xsd", roots=None, units=["sml", "sml2", "sml3", "sml4", "sml5", "sml6"],
@@ -511,7 +516,7 @@ NAMESPACES = [
          ns=[(1000, "", "http://schemas.openxmlformats.org/package/2006/relationships")], foreign=[]),
 ]
 
-SHEET_NAMED = """CT_Break CT_CellFormula CT_Col CT_Cols CT_Controls CT_Drawing CT_HeaderFooter CT_MergeCell
+SHEET_NAMED = """CT_SheetDimension CT_Break CT_CellFormula CT_Col CT_Cols CT_Controls CT_Drawing CT_HeaderFooter CT_MergeCell
 CT_MergeCells CT_OutlinePr CT_PageBreak CT_PageMargins CT_PageSetUpPr CT_PageSetup CT_Pane CT_PrintOptions CT_Row
 CT_SheetData CT_SheetFormatPr CT_SheetPr CT_SheetProtection CT_SheetView CT_SheetViews CT_Worksheet
 CT_LegacyDrawing CT_Selection""".split()
@@ -934,6 +939,10 @@ class Emitter:
         if vt == "std::wstring":
             L.append("    std::wstring get_%s() const { return get_w(%d); }" % (name, slot))
             L.append("    int set_%s(const std::wstring& v) { return set_w(%d, v); }" % (name, slot))
+            if s.members and any(m.kind not in ("VK_WSTRING", "VK_HEX", "VK_BASE64", "VK_DOUBLE", "VK_FLOAT", "VK_BOOL")
+                                 for m in s.members):
+                # A union with an integer member (coordinates: a number of EMU or a measure with its unit).
+                L.append("    int set_%s(int64_t v) { return set_w(%d, std::to_wstring(v)); }" % (name, slot))
             if s.enums:
                 L.append("    int getenum_%s() const { return getenum(%d); }" % (name, slot))
                 L.append("    int setenum_%s(int e) { return setenum(%d, e); }" % (name, slot))

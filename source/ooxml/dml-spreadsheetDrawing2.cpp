@@ -5,15 +5,6 @@
 namespace zelvar {
 namespace drawing {
 namespace gen {
-static const lmx::s_attr t_CT_EffectContainer_a[] = {
-    {"type", 0, "type", &st_33, "sib", 0},
-    {"name", 0, "name", &st_24, nullptr, 0}};
-static const lmx::s_step t_CT_EffectContainer_s[] = {
-    {lmx::SK_GROUP, nullptr, 0, nullptr, &t_EG_Effect, nullptr, 0, 4294967295u, nullptr}};
-static const lmx::s_known_elements t_CT_EffectContainer_f[] = {{1001, "alphaBiLevel", 12}, {1001, "alphaCeiling", 12}, {1001, "alphaFloor", 10}, {1001, "alphaInv", 8}, {1001, "alphaMod", 8}, {1001, "alphaModFix", 11}, {1001, "alphaOutset", 11}, {1001, "alphaRepl", 9}, {1001, "biLevel", 7}, {1001, "blend", 5}, {1001, "blur", 4}, {1001, "clrChange", 9}, {1001, "clrRepl", 7}, {1001, "cont", 4}, {1001, "duotone", 7}, {1001, "effect", 6}, {1001, "fill", 4}, {1001, "fillOverlay", 11}, {1001, "glow", 4}, {1001, "grayscl", 7}, {1001, "hsl", 3}, {1001, "innerShdw", 9}, {1001, "lum", 3}, {1001, "outerShdw", 9}, {1001, "prstShdw", 8}, {1001, "reflection", 10}, {1001, "relOff", 6}, {1001, "softEdge", 8}, {1001, "tint", 4}, {1001, "xfrm", 4}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_EffectContainer_k[] = {{1001, "alphaBiLevel", 12}, {1001, "alphaCeiling", 12}, {1001, "alphaFloor", 10}, {1001, "alphaInv", 8}, {1001, "alphaMod", 8}, {1001, "alphaModFix", 11}, {1001, "alphaOutset", 11}, {1001, "alphaRepl", 9}, {1001, "biLevel", 7}, {1001, "blend", 5}, {1001, "blur", 4}, {1001, "clrChange", 9}, {1001, "clrRepl", 7}, {1001, "cont", 4}, {1001, "duotone", 7}, {1001, "effect", 6}, {1001, "fill", 4}, {1001, "fillOverlay", 11}, {1001, "glow", 4}, {1001, "grayscl", 7}, {1001, "hsl", 3}, {1001, "innerShdw", 9}, {1001, "lum", 3}, {1001, "outerShdw", 9}, {1001, "prstShdw", 8}, {1001, "reflection", 10}, {1001, "relOff", 6}, {1001, "softEdge", 8}, {1001, "tint", 4}, {1001, "xfrm", 4}, {0, nullptr, 0}};
-extern const lmx::s_type t_CT_EffectContainer;
-const lmx::s_type t_CT_EffectContainer = {"CT_EffectContainer", t_CT_EffectContainer_a, 2, t_CT_EffectContainer_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_EffectContainer_f, t_CT_EffectContainer_k, nullptr};
 static const lmx::s_attr t_CT_Camera_a[] = {
     {"prst", 0, "prst", &st_34, nullptr, 1},
     {"fov", 0, "fov", &st_35, nullptr, 0},
@@ -602,6 +593,14 @@ static const lmx::s_known_elements t_CT_SchemeColor_f[] = {{1001, "alpha", 5}, {
 static const lmx::s_known_elements t_CT_SchemeColor_k[] = {{1001, "alpha", 5}, {1001, "alphaMod", 8}, {1001, "alphaOff", 8}, {1001, "blue", 4}, {1001, "blueMod", 7}, {1001, "blueOff", 7}, {1001, "comp", 4}, {1001, "gamma", 5}, {1001, "gray", 4}, {1001, "green", 5}, {1001, "greenMod", 8}, {1001, "greenOff", 8}, {1001, "hue", 3}, {1001, "hueMod", 6}, {1001, "hueOff", 6}, {1001, "inv", 3}, {1001, "invGamma", 8}, {1001, "lum", 3}, {1001, "lumMod", 6}, {1001, "lumOff", 6}, {1001, "red", 3}, {1001, "redMod", 6}, {1001, "redOff", 6}, {1001, "sat", 3}, {1001, "satMod", 6}, {1001, "satOff", 6}, {1001, "shade", 5}, {1001, "tint", 4}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_SchemeColor;
 const lmx::s_type t_CT_SchemeColor = {"CT_SchemeColor", t_CT_SchemeColor_a, 1, t_CT_SchemeColor_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_SchemeColor_f, t_CT_SchemeColor_k, nullptr};
+static const lmx::s_attr t_CT_PresetColor_a[] = {
+    {"val", 0, "val", &st_70, nullptr, 1}};
+static const lmx::s_step t_CT_PresetColor_s[] = {
+    {lmx::SK_GROUP, nullptr, 0, nullptr, &t_EG_ColorTransform, nullptr, 0, 4294967295u, nullptr}};
+static const lmx::s_known_elements t_CT_PresetColor_f[] = {{1001, "alpha", 5}, {1001, "alphaMod", 8}, {1001, "alphaOff", 8}, {1001, "blue", 4}, {1001, "blueMod", 7}, {1001, "blueOff", 7}, {1001, "comp", 4}, {1001, "gamma", 5}, {1001, "gray", 4}, {1001, "green", 5}, {1001, "greenMod", 8}, {1001, "greenOff", 8}, {1001, "hue", 3}, {1001, "hueMod", 6}, {1001, "hueOff", 6}, {1001, "inv", 3}, {1001, "invGamma", 8}, {1001, "lum", 3}, {1001, "lumMod", 6}, {1001, "lumOff", 6}, {1001, "red", 3}, {1001, "redMod", 6}, {1001, "redOff", 6}, {1001, "sat", 3}, {1001, "satMod", 6}, {1001, "satOff", 6}, {1001, "shade", 5}, {1001, "tint", 4}, {0, nullptr, 0}};
+static const lmx::s_known_elements t_CT_PresetColor_k[] = {{1001, "alpha", 5}, {1001, "alphaMod", 8}, {1001, "alphaOff", 8}, {1001, "blue", 4}, {1001, "blueMod", 7}, {1001, "blueOff", 7}, {1001, "comp", 4}, {1001, "gamma", 5}, {1001, "gray", 4}, {1001, "green", 5}, {1001, "greenMod", 8}, {1001, "greenOff", 8}, {1001, "hue", 3}, {1001, "hueMod", 6}, {1001, "hueOff", 6}, {1001, "inv", 3}, {1001, "invGamma", 8}, {1001, "lum", 3}, {1001, "lumMod", 6}, {1001, "lumOff", 6}, {1001, "red", 3}, {1001, "redMod", 6}, {1001, "redOff", 6}, {1001, "sat", 3}, {1001, "satMod", 6}, {1001, "satOff", 6}, {1001, "shade", 5}, {1001, "tint", 4}, {0, nullptr, 0}};
+extern const lmx::s_type t_CT_PresetColor;
+const lmx::s_type t_CT_PresetColor = {"CT_PresetColor", t_CT_PresetColor_a, 1, t_CT_PresetColor_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_PresetColor_f, t_CT_PresetColor_k, nullptr};
 }  // namespace gen
 }  // namespace drawing
 }  // namespace zelvar

@@ -5,14 +5,6 @@
 namespace zelvar {
 namespace drawing {
 namespace gen {
-static const lmx::s_attr t_CT_PresetColor_a[] = {
-    {"val", 0, "val", &st_70, nullptr, 1}};
-static const lmx::s_step t_CT_PresetColor_s[] = {
-    {lmx::SK_GROUP, nullptr, 0, nullptr, &t_EG_ColorTransform, nullptr, 0, 4294967295u, nullptr}};
-static const lmx::s_known_elements t_CT_PresetColor_f[] = {{1001, "alpha", 5}, {1001, "alphaMod", 8}, {1001, "alphaOff", 8}, {1001, "blue", 4}, {1001, "blueMod", 7}, {1001, "blueOff", 7}, {1001, "comp", 4}, {1001, "gamma", 5}, {1001, "gray", 4}, {1001, "green", 5}, {1001, "greenMod", 8}, {1001, "greenOff", 8}, {1001, "hue", 3}, {1001, "hueMod", 6}, {1001, "hueOff", 6}, {1001, "inv", 3}, {1001, "invGamma", 8}, {1001, "lum", 3}, {1001, "lumMod", 6}, {1001, "lumOff", 6}, {1001, "red", 3}, {1001, "redMod", 6}, {1001, "redOff", 6}, {1001, "sat", 3}, {1001, "satMod", 6}, {1001, "satOff", 6}, {1001, "shade", 5}, {1001, "tint", 4}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_PresetColor_k[] = {{1001, "alpha", 5}, {1001, "alphaMod", 8}, {1001, "alphaOff", 8}, {1001, "blue", 4}, {1001, "blueMod", 7}, {1001, "blueOff", 7}, {1001, "comp", 4}, {1001, "gamma", 5}, {1001, "gray", 4}, {1001, "green", 5}, {1001, "greenMod", 8}, {1001, "greenOff", 8}, {1001, "hue", 3}, {1001, "hueMod", 6}, {1001, "hueOff", 6}, {1001, "inv", 3}, {1001, "invGamma", 8}, {1001, "lum", 3}, {1001, "lumMod", 6}, {1001, "lumOff", 6}, {1001, "red", 3}, {1001, "redMod", 6}, {1001, "redOff", 6}, {1001, "sat", 3}, {1001, "satMod", 6}, {1001, "satOff", 6}, {1001, "shade", 5}, {1001, "tint", 4}, {0, nullptr, 0}};
-extern const lmx::s_type t_CT_PresetColor;
-const lmx::s_type t_CT_PresetColor = {"CT_PresetColor", t_CT_PresetColor_a, 1, t_CT_PresetColor_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_PresetColor_f, t_CT_PresetColor_k, nullptr};
 static const lmx::s_known_elements t_CT_TextNoAutofit_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_TextNoAutofit;
 const lmx::s_type t_CT_TextNoAutofit = {"CT_TextNoAutofit", nullptr, 0, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_TextNoAutofit_k, nullptr};

@@ -60,19 +60,29 @@ elmx_error check_range(const s_simple& s, double v) {
 // The text of a captured element without the namespace declarations of its start tag, which
 // depend on where it was captured.
 std::string without_declarations(const std::string& text) {
-    size_t end = text.find('>');
-    if (end == std::string::npos) return text;
     std::string out;
     size_t p = 0;
-    for (;;) {
-        size_t d = text.find(" xmlns", p);
-        if (d == std::string::npos || d > end) break;
-        size_t q1 = text.find_first_of("\"'", d);
-        if (q1 == std::string::npos || q1 > end) break;
-        size_t q2 = text.find(text[q1], q1 + 1);
-        if (q2 == std::string::npos || q2 > end) break;
-        out.append(text, p, d - p);
-        p = q2 + 1;
+    while (p < text.size()) {
+        char c = text[p];
+        if (c == '>') break;
+        if (c == '"' || c == '\'') {
+            // A quoted value is copied whole: it may hold '>' or " xmlns".
+            size_t q = text.find(c, p + 1);
+            if (q == std::string::npos) q = text.size() - 1;
+            out.append(text, p, q + 1 - p);
+            p = q + 1;
+            continue;
+        }
+        if (c == ' ' && text.compare(p + 1, 5, "xmlns") == 0) {
+            size_t q1 = text.find_first_of("\"'", p);
+            if (q1 == std::string::npos) break;
+            size_t q2 = text.find(text[q1], q1 + 1);
+            if (q2 == std::string::npos) break;
+            p = q2 + 1;
+            continue;
+        }
+        out.push_back(c);
+        ++p;
     }
     out.append(text, p, std::string::npos);
     return out;
@@ -177,10 +187,11 @@ void c_node::allocate() {
     unsigned n = slot_count();
     m_choice = m_type->step_count;
     if (!n) return;
-    m_slots = new u_slot[n];
-    m_flags = new uint8_t[n];
-    std::memset(static_cast<void*>(m_slots), 0, sizeof(u_slot) * n);
-    std::memset(m_flags, 0, n);
+    // One block: the slots, then a flag byte for each.
+    size_t flag_slots = (n + sizeof(u_slot) - 1) / sizeof(u_slot);
+    m_slots = new u_slot[n + flag_slots];
+    std::memset(static_cast<void*>(m_slots), 0, sizeof(u_slot) * (n + flag_slots));
+    m_flags = reinterpret_cast<uint8_t*>(m_slots + n);
 }
 
 c_node::c_node(const c_node& o) : m_type(o.m_type) {
@@ -203,7 +214,6 @@ c_node::~c_node() {
     unsigned n = slot_count();
     for (unsigned i = 0; i < n; ++i) free_slot(i);
     delete[] m_slots;
-    delete[] m_flags;
     delete m_any;
 }
 
@@ -861,6 +871,8 @@ elmx_error c_node::read_steps(c_xml_reader& reader, size_t* consumed) {
             }
             ++count;
         }
+        // A row's cells stay as they are read: no room beyond them is kept.
+        if (step.kind == SK_CELLS && m_slots[slot].cells) m_slots[slot].cells->shrink_to_fit();
         if (choice && count) {
             m_choice = k;
             return ELMX_OK;
@@ -1049,10 +1061,31 @@ namespace {
 const char* const cell_types[] = {"", "b", "n", "e", "s", "str", "inlineStr", "d"};
 }
 
-c_cell_base::c_cell_base(const c_cell_base& o)
-    : m_word(o.m_word), m_col(o.m_col), m_s(o.m_s), m_cm(o.m_cm), m_vm(o.m_vm),
-      m_f(o.m_f ? o.m_f->clone_node() : nullptr), m_is(o.m_is ? o.m_is->clone_node() : nullptr) {
+c_cell_base::c_cell_base(const c_cell_base& o) : m_word(o.m_word), m_col(o.m_col), m_s(o.m_s) {
+    if (o.m_extra) {
+        m_extra = new s_extra(*o.m_extra);
+        m_extra->f = o.m_extra->f ? o.m_extra->f->clone_node() : nullptr;
+        m_extra->is = o.m_extra->is ? o.m_extra->is->clone_node() : nullptr;
+    }
     if (o.isset_v()) set_v_utf8(o.v_data(), o.v_size());
+}
+
+void c_cell_base::assign_f(c_node* p) {
+    if (!p && !m_extra) return;
+    s_extra& x = extra();
+    if (p != x.f) {
+        delete x.f;
+        x.f = p;
+    }
+}
+
+void c_cell_base::assign_is(c_node* p) {
+    if (!p && !m_extra) return;
+    s_extra& x = extra();
+    if (p != x.is) {
+        delete x.is;
+        x.is = p;
+    }
 }
 
 c_cell_base& c_cell_base::operator=(const c_cell_base& o) {
@@ -1064,8 +1097,11 @@ c_cell_base& c_cell_base::operator=(const c_cell_base& o) {
 }
 
 c_cell_base::~c_cell_base() {
-    delete m_f;
-    delete m_is;
+    if (m_extra) {
+        delete m_extra->f;
+        delete m_extra->is;
+        delete m_extra;
+    }
     unset_v();
 }
 
@@ -1073,10 +1109,7 @@ void c_cell_base::swap(c_cell_base& o) {
     std::swap(m_word, o.m_word);
     std::swap(m_col, o.m_col);
     std::swap(m_s, o.m_s);
-    std::swap(m_cm, o.m_cm);
-    std::swap(m_vm, o.m_vm);
-    std::swap(m_f, o.m_f);
-    std::swap(m_is, o.m_is);
+    std::swap(m_extra, o.m_extra);
     std::swap(m_v, o.m_v);
 }
 
@@ -1141,20 +1174,27 @@ int c_cell_base::set_v(const std::wstring& v) {
 }
 
 c_node& c_cell_base::f_object(const s_type& type) {
-    if (!m_f) m_f = make_of(&type);
-    return *m_f;
+    s_extra& x = extra();
+    if (!x.f) x.f = make_of(&type);
+    return *x.f;
 }
 
 c_node& c_cell_base::is_object(const s_type& type) {
-    if (!m_is) m_is = make_of(&type);
-    return *m_is;
+    s_extra& x = extra();
+    if (!x.is) x.is = make_of(&type);
+    return *x.is;
 }
 
 bool c_cell_base::equals(const c_cell_base& o) const {
-    if (m_word != o.m_word || m_col != o.m_col || m_s != o.m_s || m_cm != o.m_cm || m_vm != o.m_vm) return false;
+    if (m_word != o.m_word || m_col != o.m_col || m_s != o.m_s || get_cm() != o.get_cm() || get_vm() != o.get_vm())
+        return false;
     if (v_size() != o.v_size() || isset_v() != o.isset_v() || std::memcmp(v_data(), o.v_data(), v_size()) != 0) return false;
-    if (!m_f != !o.m_f || (m_f && !m_f->equals(*o.m_f))) return false;
-    if (!m_is != !o.m_is || (m_is && !m_is->equals(*o.m_is))) return false;
+    const c_node* f = f_ptr();
+    const c_node* of = o.f_ptr();
+    if (!f != !of || (f && !f->equals(*of))) return false;
+    const c_node* is = is_ptr();
+    const c_node* ois = o.is_ptr();
+    if (!is != !ois || (is && !is->equals(*ois))) return false;
     return true;
 }
 
@@ -1163,9 +1203,9 @@ namespace {
 // Reads the attributes of a cell straight into its packed fields.
 class c_cell_helper : public c_unmarshal_helper {
 public:
-    c_cell_helper(c_xml_reader& reader, c_cell_base& cell, uint32_t& word, uint32_t& col, uint32_t& s, uint32_t& cm,
-                  uint32_t& vm, const s_type& worker)
-        : c_unmarshal_helper(reader), m_cell(cell), m_word(word), m_col(col), m_s(s), m_cm(cm), m_vm(vm), m_worker(worker) {}
+    c_cell_helper(c_xml_reader& reader, c_cell_base& cell, uint32_t& word, uint32_t& col, uint32_t& s,
+                  const s_type& worker)
+        : c_unmarshal_helper(reader), m_cell(cell), m_word(word), m_col(col), m_s(s), m_worker(worker) {}
 
     bool read_number(uint32_t& field, uint32_t flag, const char* item) {
         if (m_word & flag) {
@@ -1217,9 +1257,13 @@ public:
                     m_word |= code << c_cell_base::TYPE_SHIFT;
             }
         } else if (length == 2 && local[0] == 'c' && local[1] == 'm') {
-            read_number(m_cm, c_cell_base::CM_SET, "@cm");
+            uint32_t v = 0;
+            read_number(v, c_cell_base::CM_SET, "@cm");
+            if (m_error == ELMX_OK) m_cell.set_cm(v);
         } else if (length == 2 && local[0] == 'v' && local[1] == 'm') {
-            read_number(m_vm, c_cell_base::VM_SET, "@vm");
+            uint32_t v = 0;
+            read_number(v, c_cell_base::VM_SET, "@vm");
+            if (m_error == ELMX_OK) m_cell.set_vm(v);
         } else if (length == 2 && local[0] == 'p' && local[1] == 'h') {
             reader.get_attribute_value(EXWS_COLLAPSE, &m_text);
             if (!is_valid_bool(m_text)) {
@@ -1283,8 +1327,6 @@ private:
     uint32_t& m_word;
     uint32_t& m_col;
     uint32_t& m_s;
-    uint32_t& m_cm;
-    uint32_t& m_vm;
     const s_type& m_worker;
     elmx_error m_error = ELMX_OK;
     std::string m_text;
@@ -1303,7 +1345,7 @@ elmx_error c_cell_base::assign_child_from(c_xml_reader& reader, const s_type& ty
 
 elmx_error c_cell_base::unmarshal_cell(c_xml_reader& reader, const s_type& worker) {
     c_known_elements_selector selector(reader, worker.known ? worker.known : reader.get_known_elements());
-    c_cell_helper helper(reader, *this, m_word, m_col, m_s, m_cm, m_vm, worker);
+    c_cell_helper helper(reader, *this, m_word, m_col, m_s, worker);
     return helper.unmarshal_complex_content(worker.name, 0);
 }
 
@@ -1321,25 +1363,28 @@ elmx_error c_cell_base::marshal_cell(c_xml_writer& writer, const s_type& worker,
     unsigned code = type_code();
     if (code) writer.write_attribute("t", cell_types[code]);
     if (isset_cm()) {
-        o_to_v(text, m_cm);
+        o_to_v(text, get_cm());
         writer.write_attribute("cm", text);
     }
     if (isset_vm()) {
-        o_to_v(text, m_vm);
+        o_to_v(text, get_vm());
         writer.write_attribute("vm", text);
     }
     if (isset_ph()) writer.write_attribute("ph", get_ph() ? "true" : "false");
     elmx_error e = ELMX_OK;
+    // The worker's steps are f, v, is and extLst, in this order.
     for (unsigned k = 0; k < worker.step_count; ++k) {
         const s_step& step = worker.steps[k];
-        if (std::strcmp(step.name, "f") == 0 && m_f) {
-            if ((e = m_f->marshal(writer, step.qname)) != ELMX_OK) return e;
-        } else if (std::strcmp(step.name, "v") == 0 && isset_v()) {
+        const char* n = step.name;
+        if (n[0] == 'f' && n[1] == 0) {
+            if (f_ptr() && (e = f_ptr()->marshal(writer, step.qname)) != ELMX_OK) return e;
+        } else if (n[0] == 'v' && n[1] == 0) {
+            if (!isset_v()) continue;
             writer.start_element(step.qname);
             if (v_size()) writer.marshal_element_body(std::string(v_data(), v_size()));
             writer.end_element(step.qname);
-        } else if (std::strcmp(step.name, "is") == 0 && m_is) {
-            if ((e = m_is->marshal(writer, step.qname)) != ELMX_OK) return e;
+        } else if (n[0] == 'i' && n[1] == 's' && n[2] == 0) {
+            if (is_ptr() && (e = is_ptr()->marshal(writer, step.qname)) != ELMX_OK) return e;
         }
     }
     writer.end_element(name);

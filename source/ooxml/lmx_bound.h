@@ -4,6 +4,12 @@
 // bounds. One object class, c_node, holds the values of any type in slots laid out by the
 // descriptor and does reading, writing, copying and checking for all of them; the classes that
 // the XML book calls by name derive from it and add inline accessors over the slots.
+//
+// In use: a part is read by its root class (sheet::c_worksheet w; w.unmarshal(data, size,
+// &debug)) and written by marshal(&text). Members are reached through get_x, set_x, isset_x,
+// unset_x; lists through size_x, get_x(i), append_x, insert_x, delete_x, clear_x; model groups
+// by the group's name (c_CT_Font: size_inner_CT_Font, get_inner_CT_Font(i)); a choice by
+// select_x or get_x and get_choice(). Types that no code names are plain c_node objects.
 #pragma once
 #include <cstdint>
 #include <string>
@@ -226,8 +232,8 @@ private:
 };
 
 // The compact cell of a worksheet: one word of row, flags and type code, the column, the
-// style and metadata indexes, the formula and inline string as owned objects (null when
-// absent) and the value as narrow text, inline when short.
+// style index, the value as narrow text (inline when short), and one pointer, null for most
+// cells, to the metadata indexes, the formula and the inline string. 40 bytes a cell.
 class c_cell_base {
 public:
     enum {
@@ -274,14 +280,14 @@ public:
     int set_s(unsigned v) { m_s = v; m_word |= S_SET; return 0; }
     bool isset_s() const { return (m_word & S_SET) != 0; }
     void unset_s() { m_s = 0; m_word &= ~S_SET; }
-    unsigned get_cm() const { return m_cm; }
-    int set_cm(unsigned v) { m_cm = v; m_word |= CM_SET; return 0; }
+    unsigned get_cm() const { return m_extra ? m_extra->cm : 0; }
+    int set_cm(unsigned v) { extra().cm = v; m_word |= CM_SET; return 0; }
     bool isset_cm() const { return (m_word & CM_SET) != 0; }
-    void unset_cm() { m_cm = 0; m_word &= ~CM_SET; }
-    unsigned get_vm() const { return m_vm; }
-    int set_vm(unsigned v) { m_vm = v; m_word |= VM_SET; return 0; }
+    void unset_cm() { if (m_extra) m_extra->cm = 0; m_word &= ~CM_SET; }
+    unsigned get_vm() const { return m_extra ? m_extra->vm : 0; }
+    int set_vm(unsigned v) { extra().vm = v; m_word |= VM_SET; return 0; }
     bool isset_vm() const { return (m_word & VM_SET) != 0; }
-    void unset_vm() { m_vm = 0; m_word &= ~VM_SET; }
+    void unset_vm() { if (m_extra) m_extra->vm = 0; m_word &= ~VM_SET; }
     bool get_ph() const { return (m_word & PH_VALUE) != 0; }
     int set_ph(bool v) { m_word = (m_word & ~PH_VALUE) | (v ? PH_VALUE : 0) | PH_SET; return 0; }
     bool isset_ph() const { return (m_word & PH_SET) != 0; }
@@ -298,10 +304,10 @@ public:
 
     // Reads the formula or the inline string element that stands at the reader.
     elmx_error assign_child_from(c_xml_reader& reader, const s_type& type, bool formula);
-    c_node* f_ptr() const { return m_f; }
-    c_node* is_ptr() const { return m_is; }
-    void assign_f(c_node* p) { if (p != m_f) { delete m_f; m_f = p; } }
-    void assign_is(c_node* p) { if (p != m_is) { delete m_is; m_is = p; } }
+    c_node* f_ptr() const { return m_extra ? m_extra->f : nullptr; }
+    c_node* is_ptr() const { return m_extra ? m_extra->is : nullptr; }
+    void assign_f(c_node* p);
+    void assign_is(c_node* p);
 
 protected:
     c_node& f_object(const s_type& type);
@@ -322,13 +328,22 @@ private:
         };
     };
 
+    // The members that most cells lack: metadata indexes, formula and inline string.
+    struct s_extra {
+        uint32_t cm = 0;
+        uint32_t vm = 0;
+        c_node* f = nullptr;
+        c_node* is = nullptr;
+    };
+    s_extra& extra() {
+        if (!m_extra) m_extra = new s_extra;
+        return *m_extra;
+    }
+
     uint32_t m_word = 0;
     uint32_t m_col = 0;
     uint32_t m_s = 0;
-    uint32_t m_cm = 0;
-    uint32_t m_vm = 0;
-    c_node* m_f = nullptr;
-    c_node* m_is = nullptr;
+    s_extra* m_extra = nullptr;
     u_text m_v{};
 };
 

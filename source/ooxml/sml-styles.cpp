@@ -18,73 +18,64 @@ static const lmx::s_step t_CT_Stylesheet_s[] = {
     {lmx::SK_ELEMENT, "colors", 1000, "colors", &t_CT_Colors, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "extLst", 1000, "extLst", &t_CT_ExtensionList, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_Stylesheet_f[] = {{1000, "borders", 7}, {1000, "cellStyleXfs", 12}, {1000, "cellStyles", 10}, {1000, "cellXfs", 7}, {1000, "colors", 6}, {1000, "dxfs", 4}, {1000, "extLst", 6}, {1000, "fills", 5}, {1000, "fonts", 5}, {1000, "numFmts", 7}, {1000, "tableStyles", 11}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Stylesheet_k[] = {{1000, "borders", 7}, {1000, "cellStyleXfs", 12}, {1000, "cellStyles", 10}, {1000, "cellXfs", 7}, {1000, "colors", 6}, {1000, "dxfs", 4}, {1000, "extLst", 6}, {1000, "fills", 5}, {1000, "fonts", 5}, {1000, "numFmts", 7}, {1000, "tableStyles", 11}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Stylesheet;
-const lmx::s_type t_CT_Stylesheet = {"CT_Stylesheet", nullptr, 0, t_CT_Stylesheet_s, 11, nullptr, lmx::TF_FOREIGN | lmx::TF_NULLABLE, t_CT_Stylesheet_f, t_CT_Stylesheet_k, &make_CT_Stylesheet};
+const lmx::s_type t_CT_Stylesheet = {"CT_Stylesheet", nullptr, 0, t_CT_Stylesheet_s, 11, nullptr, lmx::TF_FOREIGN | lmx::TF_NULLABLE, t_CT_Stylesheet_f, nullptr, &make_CT_Stylesheet};
 static const lmx::s_attr t_CT_NumFmts_a[] = {
     {"count", 0, "count", &st_0, nullptr, 0}};
 static const lmx::s_step t_CT_NumFmts_s[] = {
     {lmx::SK_ELEMENT, "numFmt", 1000, "numFmt", &t_CT_NumFmt, nullptr, 0, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_NumFmts_f[] = {{1000, "numFmt", 6}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_NumFmts_k[] = {{1000, "numFmt", 6}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_NumFmts;
-const lmx::s_type t_CT_NumFmts = {"CT_NumFmts", t_CT_NumFmts_a, 1, t_CT_NumFmts_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_NumFmts_f, t_CT_NumFmts_k, &make_CT_NumFmts};
+const lmx::s_type t_CT_NumFmts = {"CT_NumFmts", t_CT_NumFmts_a, 1, t_CT_NumFmts_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_NumFmts_f, nullptr, &make_CT_NumFmts};
 static const lmx::s_attr t_CT_Fonts_a[] = {
     {"count", 0, "count", &st_0, nullptr, 0}};
 static const lmx::s_step t_CT_Fonts_s[] = {
     {lmx::SK_ELEMENT, "font", 1000, "font", &t_CT_Font, nullptr, 0, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_Fonts_f[] = {{1000, "font", 4}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Fonts_k[] = {{1000, "font", 4}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Fonts;
-const lmx::s_type t_CT_Fonts = {"CT_Fonts", t_CT_Fonts_a, 1, t_CT_Fonts_s, 1, nullptr, lmx::TF_FOREIGN | lmx::TF_NULLABLE, t_CT_Fonts_f, t_CT_Fonts_k, &make_CT_Fonts};
+const lmx::s_type t_CT_Fonts = {"CT_Fonts", t_CT_Fonts_a, 1, t_CT_Fonts_s, 1, nullptr, lmx::TF_FOREIGN | lmx::TF_NULLABLE, t_CT_Fonts_f, nullptr, &make_CT_Fonts};
 static const lmx::s_attr t_CT_Fills_a[] = {
     {"count", 0, "count", &st_0, nullptr, 0}};
 static const lmx::s_step t_CT_Fills_s[] = {
     {lmx::SK_ELEMENT, "fill", 1000, "fill", &t_CT_Fill, nullptr, 0, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_Fills_f[] = {{1000, "fill", 4}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Fills_k[] = {{1000, "fill", 4}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Fills;
-const lmx::s_type t_CT_Fills = {"CT_Fills", t_CT_Fills_a, 1, t_CT_Fills_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_Fills_f, t_CT_Fills_k, &make_CT_Fills};
+const lmx::s_type t_CT_Fills = {"CT_Fills", t_CT_Fills_a, 1, t_CT_Fills_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_Fills_f, nullptr, &make_CT_Fills};
 static const lmx::s_attr t_CT_Borders_a[] = {
     {"count", 0, "count", &st_0, nullptr, 0}};
 static const lmx::s_step t_CT_Borders_s[] = {
     {lmx::SK_ELEMENT, "border", 1000, "border", &t_CT_Border, nullptr, 0, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_Borders_f[] = {{1000, "border", 6}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Borders_k[] = {{1000, "border", 6}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Borders;
-const lmx::s_type t_CT_Borders = {"CT_Borders", t_CT_Borders_a, 1, t_CT_Borders_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_Borders_f, t_CT_Borders_k, &make_CT_Borders};
+const lmx::s_type t_CT_Borders = {"CT_Borders", t_CT_Borders_a, 1, t_CT_Borders_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_Borders_f, nullptr, &make_CT_Borders};
 static const lmx::s_attr t_CT_CellStyleXfs_a[] = {
     {"count", 0, "count", &st_0, nullptr, 0}};
 static const lmx::s_step t_CT_CellStyleXfs_s[] = {
     {lmx::SK_ELEMENT, "xf", 1000, "xf", &t_CT_Xf, nullptr, 1, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_CellStyleXfs_f[] = {{1000, "xf", 2}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_CellStyleXfs_k[] = {{1000, "xf", 2}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_CellStyleXfs;
-const lmx::s_type t_CT_CellStyleXfs = {"CT_CellStyleXfs", t_CT_CellStyleXfs_a, 1, t_CT_CellStyleXfs_s, 1, nullptr, 0, t_CT_CellStyleXfs_f, t_CT_CellStyleXfs_k, &make_CT_CellStyleXfs};
+const lmx::s_type t_CT_CellStyleXfs = {"CT_CellStyleXfs", t_CT_CellStyleXfs_a, 1, t_CT_CellStyleXfs_s, 1, nullptr, 0, t_CT_CellStyleXfs_f, nullptr, &make_CT_CellStyleXfs};
 static const lmx::s_attr t_CT_CellXfs_a[] = {
     {"count", 0, "count", &st_0, nullptr, 0}};
 static const lmx::s_step t_CT_CellXfs_s[] = {
     {lmx::SK_ELEMENT, "xf", 1000, "xf", &t_CT_Xf, nullptr, 1, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_CellXfs_f[] = {{1000, "xf", 2}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_CellXfs_k[] = {{1000, "xf", 2}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_CellXfs;
-const lmx::s_type t_CT_CellXfs = {"CT_CellXfs", t_CT_CellXfs_a, 1, t_CT_CellXfs_s, 1, nullptr, 0, t_CT_CellXfs_f, t_CT_CellXfs_k, &make_CT_CellXfs};
+const lmx::s_type t_CT_CellXfs = {"CT_CellXfs", t_CT_CellXfs_a, 1, t_CT_CellXfs_s, 1, nullptr, 0, t_CT_CellXfs_f, nullptr, &make_CT_CellXfs};
 static const lmx::s_attr t_CT_CellStyles_a[] = {
     {"count", 0, "count", &st_0, nullptr, 0}};
 static const lmx::s_step t_CT_CellStyles_s[] = {
     {lmx::SK_ELEMENT, "cellStyle", 1000, "cellStyle", &t_CT_CellStyle, nullptr, 1, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_CellStyles_f[] = {{1000, "cellStyle", 9}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_CellStyles_k[] = {{1000, "cellStyle", 9}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_CellStyles;
-const lmx::s_type t_CT_CellStyles = {"CT_CellStyles", t_CT_CellStyles_a, 1, t_CT_CellStyles_s, 1, nullptr, 0, t_CT_CellStyles_f, t_CT_CellStyles_k, &make_CT_CellStyles};
+const lmx::s_type t_CT_CellStyles = {"CT_CellStyles", t_CT_CellStyles_a, 1, t_CT_CellStyles_s, 1, nullptr, 0, t_CT_CellStyles_f, nullptr, &make_CT_CellStyles};
 static const lmx::s_attr t_CT_Dxfs_a[] = {
     {"count", 0, "count", &st_0, nullptr, 0}};
 static const lmx::s_step t_CT_Dxfs_s[] = {
     {lmx::SK_ELEMENT, "dxf", 1000, "dxf", &t_CT_Dxf, nullptr, 0, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_Dxfs_f[] = {{1000, "dxf", 3}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Dxfs_k[] = {{1000, "dxf", 3}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Dxfs;
-const lmx::s_type t_CT_Dxfs = {"CT_Dxfs", t_CT_Dxfs_a, 1, t_CT_Dxfs_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_Dxfs_f, t_CT_Dxfs_k, &make_CT_Dxfs};
+const lmx::s_type t_CT_Dxfs = {"CT_Dxfs", t_CT_Dxfs_a, 1, t_CT_Dxfs_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_Dxfs_f, nullptr, &make_CT_Dxfs};
 static const lmx::s_attr t_CT_TableStyles_a[] = {
     {"count", 0, "count", &st_0, nullptr, 0},
     {"defaultTableStyle", 0, "defaultTableStyle", &st_1, nullptr, 0},
@@ -92,34 +83,29 @@ static const lmx::s_attr t_CT_TableStyles_a[] = {
 static const lmx::s_step t_CT_TableStyles_s[] = {
     {lmx::SK_ELEMENT, "tableStyle", 1000, "tableStyle", &t_CT_TableStyle, nullptr, 0, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_TableStyles_f[] = {{1000, "tableStyle", 10}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_TableStyles_k[] = {{1000, "tableStyle", 10}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_TableStyles;
-const lmx::s_type t_CT_TableStyles = {"CT_TableStyles", t_CT_TableStyles_a, 3, t_CT_TableStyles_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_TableStyles_f, t_CT_TableStyles_k, nullptr};
+const lmx::s_type t_CT_TableStyles = {"CT_TableStyles", t_CT_TableStyles_a, 3, t_CT_TableStyles_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_TableStyles_f, nullptr, nullptr};
 static const lmx::s_step t_CT_Colors_s[] = {
     {lmx::SK_ELEMENT, "indexedColors", 1000, "indexedColors", &t_CT_IndexedColors, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "mruColors", 1000, "mruColors", &t_CT_MRUColors, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_Colors_f[] = {{1000, "indexedColors", 13}, {1000, "mruColors", 9}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Colors_k[] = {{1000, "indexedColors", 13}, {1000, "mruColors", 9}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Colors;
-const lmx::s_type t_CT_Colors = {"CT_Colors", nullptr, 0, t_CT_Colors_s, 2, nullptr, lmx::TF_NULLABLE, t_CT_Colors_f, t_CT_Colors_k, &make_CT_Colors};
+const lmx::s_type t_CT_Colors = {"CT_Colors", nullptr, 0, t_CT_Colors_s, 2, nullptr, lmx::TF_NULLABLE, t_CT_Colors_f, nullptr, &make_CT_Colors};
 static const lmx::s_step t_CT_ExtensionList_s[] = {
     {lmx::SK_GROUP, nullptr, 0, nullptr, &t_EG_ExtensionList, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_ExtensionList_f[] = {{1000, "ext", 3}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_ExtensionList_k[] = {{1000, "ext", 3}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_ExtensionList;
-const lmx::s_type t_CT_ExtensionList = {"CT_ExtensionList", nullptr, 0, t_CT_ExtensionList_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_ExtensionList_f, t_CT_ExtensionList_k, nullptr};
+const lmx::s_type t_CT_ExtensionList = {"CT_ExtensionList", nullptr, 0, t_CT_ExtensionList_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_ExtensionList_f, nullptr, nullptr};
 static const lmx::s_attr t_CT_NumFmt_a[] = {
     {"numFmtId", 0, "numFmtId", &st_0, nullptr, 1},
     {"formatCode", 0, "formatCode", &st_1, nullptr, 1}};
-static const lmx::s_known_elements t_CT_NumFmt_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_NumFmt;
-const lmx::s_type t_CT_NumFmt = {"CT_NumFmt", t_CT_NumFmt_a, 2, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_NumFmt_k, &make_CT_NumFmt};
+const lmx::s_type t_CT_NumFmt = {"CT_NumFmt", t_CT_NumFmt_a, 2, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_NumFmt};
 static const lmx::s_step t_CT_Font_s[] = {
     {lmx::SK_GROUP, nullptr, 0, nullptr, &t_CT_Font_inner_CT_Font, nullptr, 1, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_Font_f[] = {{1000, "b", 1}, {1000, "charset", 7}, {1000, "color", 5}, {1000, "condense", 8}, {1000, "extend", 6}, {1000, "family", 6}, {1000, "i", 1}, {1000, "name", 4}, {1000, "outline", 7}, {1000, "scheme", 6}, {1000, "shadow", 6}, {1000, "strike", 6}, {1000, "sz", 2}, {1000, "u", 1}, {1000, "vertAlign", 9}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Font_k[] = {{1000, "b", 1}, {1000, "charset", 7}, {1000, "color", 5}, {1000, "condense", 8}, {1000, "extend", 6}, {1000, "family", 6}, {1000, "i", 1}, {1000, "name", 4}, {1000, "outline", 7}, {1000, "scheme", 6}, {1000, "shadow", 6}, {1000, "strike", 6}, {1000, "sz", 2}, {1000, "u", 1}, {1000, "vertAlign", 9}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Font;
-const lmx::s_type t_CT_Font = {"CT_Font", nullptr, 0, t_CT_Font_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_Font_f, t_CT_Font_k, &make_CT_Font};
+const lmx::s_type t_CT_Font = {"CT_Font", nullptr, 0, t_CT_Font_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_Font_f, nullptr, &make_CT_Font};
 static const lmx::s_step t_CT_Font_inner_CT_Font_s[] = {
     {lmx::SK_ELEMENT, "name", 1000, "name", &t_CT_FontName, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "charset", 1000, "charset", &t_CT_IntProperty, nullptr, 0, 1u, nullptr},
@@ -137,16 +123,14 @@ static const lmx::s_step t_CT_Font_inner_CT_Font_s[] = {
     {lmx::SK_ELEMENT, "vertAlign", 1000, "vertAlign", &t_CT_VerticalAlignFontProperty, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "scheme", 1000, "scheme", &t_CT_FontScheme, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_Font_inner_CT_Font_f[] = {{1000, "b", 1}, {1000, "charset", 7}, {1000, "color", 5}, {1000, "condense", 8}, {1000, "extend", 6}, {1000, "family", 6}, {1000, "i", 1}, {1000, "name", 4}, {1000, "outline", 7}, {1000, "scheme", 6}, {1000, "shadow", 6}, {1000, "strike", 6}, {1000, "sz", 2}, {1000, "u", 1}, {1000, "vertAlign", 9}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Font_inner_CT_Font_k[] = {{1000, "b", 1}, {1000, "charset", 7}, {1000, "color", 5}, {1000, "condense", 8}, {1000, "extend", 6}, {1000, "family", 6}, {1000, "i", 1}, {1000, "name", 4}, {1000, "outline", 7}, {1000, "scheme", 6}, {1000, "shadow", 6}, {1000, "strike", 6}, {1000, "sz", 2}, {1000, "u", 1}, {1000, "vertAlign", 9}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Font_inner_CT_Font;
-const lmx::s_type t_CT_Font_inner_CT_Font = {"CT_Font_inner_CT_Font", nullptr, 0, t_CT_Font_inner_CT_Font_s, 15, nullptr, lmx::TF_CHOICE | lmx::TF_NULLABLE, t_CT_Font_inner_CT_Font_f, t_CT_Font_inner_CT_Font_k, &make_CT_Font_inner_CT_Font};
+const lmx::s_type t_CT_Font_inner_CT_Font = {"CT_Font_inner_CT_Font", nullptr, 0, t_CT_Font_inner_CT_Font_s, 15, nullptr, lmx::TF_CHOICE | lmx::TF_NULLABLE, t_CT_Font_inner_CT_Font_f, nullptr, &make_CT_Font_inner_CT_Font};
 static const lmx::s_step t_CT_Fill_s[] = {
     {lmx::SK_ELEMENT, "patternFill", 1000, "patternFill", &t_CT_PatternFill, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "gradientFill", 1000, "gradientFill", &t_CT_GradientFill, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_Fill_f[] = {{1000, "gradientFill", 12}, {1000, "patternFill", 11}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Fill_k[] = {{1000, "gradientFill", 12}, {1000, "patternFill", 11}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Fill;
-const lmx::s_type t_CT_Fill = {"CT_Fill", nullptr, 0, t_CT_Fill_s, 2, nullptr, lmx::TF_CHOICE | lmx::TF_NULLABLE, t_CT_Fill_f, t_CT_Fill_k, &make_CT_Fill};
+const lmx::s_type t_CT_Fill = {"CT_Fill", nullptr, 0, t_CT_Fill_s, 2, nullptr, lmx::TF_CHOICE | lmx::TF_NULLABLE, t_CT_Fill_f, nullptr, &make_CT_Fill};
 static const lmx::s_attr t_CT_Border_a[] = {
     {"diagonalUp", 0, "diagonalUp", &st_2, nullptr, 0},
     {"diagonalDown", 0, "diagonalDown", &st_2, nullptr, 0},
@@ -162,9 +146,8 @@ static const lmx::s_step t_CT_Border_s[] = {
     {lmx::SK_ELEMENT, "vertical", 1000, "vertical", &t_CT_BorderPr, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "horizontal", 1000, "horizontal", &t_CT_BorderPr, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_Border_f[] = {{1000, "bottom", 6}, {1000, "diagonal", 8}, {1000, "end", 3}, {1000, "horizontal", 10}, {1000, "left", 4}, {1000, "right", 5}, {1000, "start", 5}, {1000, "top", 3}, {1000, "vertical", 8}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Border_k[] = {{1000, "bottom", 6}, {1000, "diagonal", 8}, {1000, "end", 3}, {1000, "horizontal", 10}, {1000, "left", 4}, {1000, "right", 5}, {1000, "start", 5}, {1000, "top", 3}, {1000, "vertical", 8}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Border;
-const lmx::s_type t_CT_Border = {"CT_Border", t_CT_Border_a, 3, t_CT_Border_s, 9, nullptr, lmx::TF_NULLABLE, t_CT_Border_f, t_CT_Border_k, &make_CT_Border};
+const lmx::s_type t_CT_Border = {"CT_Border", t_CT_Border_a, 3, t_CT_Border_s, 9, nullptr, lmx::TF_NULLABLE, t_CT_Border_f, nullptr, &make_CT_Border};
 static const lmx::s_attr t_CT_Xf_a[] = {
     {"numFmtId", 0, "numFmtId", &st_0, nullptr, 0},
     {"fontId", 0, "fontId", &st_0, nullptr, 0},
@@ -184,9 +167,8 @@ static const lmx::s_step t_CT_Xf_s[] = {
     {lmx::SK_ELEMENT, "protection", 1000, "protection", &t_CT_CellProtection, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "extLst", 1000, "extLst", &t_CT_ExtensionList, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_Xf_f[] = {{1000, "alignment", 9}, {1000, "extLst", 6}, {1000, "protection", 10}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Xf_k[] = {{1000, "alignment", 9}, {1000, "extLst", 6}, {1000, "protection", 10}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Xf;
-const lmx::s_type t_CT_Xf = {"CT_Xf", t_CT_Xf_a, 13, t_CT_Xf_s, 3, nullptr, lmx::TF_NULLABLE, t_CT_Xf_f, t_CT_Xf_k, &make_CT_Xf};
+const lmx::s_type t_CT_Xf = {"CT_Xf", t_CT_Xf_a, 13, t_CT_Xf_s, 3, nullptr, lmx::TF_NULLABLE, t_CT_Xf_f, nullptr, &make_CT_Xf};
 static const lmx::s_attr t_CT_CellStyle_a[] = {
     {"name", 0, "name", &st_1, nullptr, 0},
     {"xfId", 0, "xfId", &st_0, nullptr, 1},
@@ -197,9 +179,8 @@ static const lmx::s_attr t_CT_CellStyle_a[] = {
 static const lmx::s_step t_CT_CellStyle_s[] = {
     {lmx::SK_ELEMENT, "extLst", 1000, "extLst", &t_CT_ExtensionList, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_CellStyle_f[] = {{1000, "extLst", 6}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_CellStyle_k[] = {{1000, "extLst", 6}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_CellStyle;
-const lmx::s_type t_CT_CellStyle = {"CT_CellStyle", t_CT_CellStyle_a, 6, t_CT_CellStyle_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_CellStyle_f, t_CT_CellStyle_k, &make_CT_CellStyle};
+const lmx::s_type t_CT_CellStyle = {"CT_CellStyle", t_CT_CellStyle_a, 6, t_CT_CellStyle_s, 1, nullptr, lmx::TF_FOREIGN | lmx::TF_NULLABLE, t_CT_CellStyle_f, nullptr, &make_CT_CellStyle};
 static const lmx::s_step t_CT_Dxf_s[] = {
     {lmx::SK_ELEMENT, "font", 1000, "font", &t_CT_Font, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "numFmt", 1000, "numFmt", &t_CT_NumFmt, nullptr, 0, 1u, nullptr},
@@ -209,9 +190,8 @@ static const lmx::s_step t_CT_Dxf_s[] = {
     {lmx::SK_ELEMENT, "protection", 1000, "protection", &t_CT_CellProtection, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "extLst", 1000, "extLst", &t_CT_ExtensionList, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_Dxf_f[] = {{1000, "alignment", 9}, {1000, "border", 6}, {1000, "extLst", 6}, {1000, "fill", 4}, {1000, "font", 4}, {1000, "numFmt", 6}, {1000, "protection", 10}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_Dxf_k[] = {{1000, "alignment", 9}, {1000, "border", 6}, {1000, "extLst", 6}, {1000, "fill", 4}, {1000, "font", 4}, {1000, "numFmt", 6}, {1000, "protection", 10}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_Dxf;
-const lmx::s_type t_CT_Dxf = {"CT_Dxf", nullptr, 0, t_CT_Dxf_s, 7, nullptr, lmx::TF_NULLABLE, t_CT_Dxf_f, t_CT_Dxf_k, &make_CT_Dxf};
+const lmx::s_type t_CT_Dxf = {"CT_Dxf", nullptr, 0, t_CT_Dxf_s, 7, nullptr, lmx::TF_NULLABLE, t_CT_Dxf_f, nullptr, &make_CT_Dxf};
 static const lmx::s_attr t_CT_TableStyle_a[] = {
     {"name", 0, "name", &st_1, nullptr, 1},
     {"pivot", 0, "pivot", &st_2, "true", 0},
@@ -220,85 +200,71 @@ static const lmx::s_attr t_CT_TableStyle_a[] = {
 static const lmx::s_step t_CT_TableStyle_s[] = {
     {lmx::SK_ELEMENT, "tableStyleElement", 1000, "tableStyleElement", &t_CT_TableStyleElement, nullptr, 0, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_TableStyle_f[] = {{1000, "tableStyleElement", 17}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_TableStyle_k[] = {{1000, "tableStyleElement", 17}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_TableStyle;
-const lmx::s_type t_CT_TableStyle = {"CT_TableStyle", t_CT_TableStyle_a, 4, t_CT_TableStyle_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_TableStyle_f, t_CT_TableStyle_k, nullptr};
+const lmx::s_type t_CT_TableStyle = {"CT_TableStyle", t_CT_TableStyle_a, 4, t_CT_TableStyle_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_TableStyle_f, nullptr, nullptr};
 static const lmx::s_step t_CT_IndexedColors_s[] = {
     {lmx::SK_ELEMENT, "rgbColor", 1000, "rgbColor", &t_CT_RgbColor, nullptr, 1, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_IndexedColors_f[] = {{1000, "rgbColor", 8}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_IndexedColors_k[] = {{1000, "rgbColor", 8}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_IndexedColors;
-const lmx::s_type t_CT_IndexedColors = {"CT_IndexedColors", nullptr, 0, t_CT_IndexedColors_s, 1, nullptr, 0, t_CT_IndexedColors_f, t_CT_IndexedColors_k, &make_CT_IndexedColors};
+const lmx::s_type t_CT_IndexedColors = {"CT_IndexedColors", nullptr, 0, t_CT_IndexedColors_s, 1, nullptr, 0, t_CT_IndexedColors_f, nullptr, &make_CT_IndexedColors};
 static const lmx::s_step t_CT_MRUColors_s[] = {
     {lmx::SK_ELEMENT, "color", 1000, "color", &t_CT_Color, nullptr, 1, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_MRUColors_f[] = {{1000, "color", 5}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_MRUColors_k[] = {{1000, "color", 5}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_MRUColors;
-const lmx::s_type t_CT_MRUColors = {"CT_MRUColors", nullptr, 0, t_CT_MRUColors_s, 1, nullptr, 0, t_CT_MRUColors_f, t_CT_MRUColors_k, nullptr};
+const lmx::s_type t_CT_MRUColors = {"CT_MRUColors", nullptr, 0, t_CT_MRUColors_s, 1, nullptr, 0, t_CT_MRUColors_f, nullptr, nullptr};
 static const lmx::s_step t_EG_ExtensionList_s[] = {
     {lmx::SK_ELEMENT, "ext", 1000, "ext", &t_CT_Extension, nullptr, 0, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_EG_ExtensionList_f[] = {{1000, "ext", 3}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_EG_ExtensionList_k[] = {{1000, "ext", 3}, {0, nullptr, 0}};
 extern const lmx::s_type t_EG_ExtensionList;
-const lmx::s_type t_EG_ExtensionList = {"EG_ExtensionList", nullptr, 0, t_EG_ExtensionList_s, 1, nullptr, lmx::TF_NULLABLE, t_EG_ExtensionList_f, t_EG_ExtensionList_k, nullptr};
+const lmx::s_type t_EG_ExtensionList = {"EG_ExtensionList", nullptr, 0, t_EG_ExtensionList_s, 1, nullptr, lmx::TF_NULLABLE, t_EG_ExtensionList_f, nullptr, nullptr};
 static const lmx::s_attr t_CT_FontName_a[] = {
     {"val", 0, "val", &st_1, nullptr, 1}};
-static const lmx::s_known_elements t_CT_FontName_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_FontName;
-const lmx::s_type t_CT_FontName = {"CT_FontName", t_CT_FontName_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_FontName_k, &make_CT_FontName};
+const lmx::s_type t_CT_FontName = {"CT_FontName", t_CT_FontName_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_FontName};
 static const lmx::s_attr t_CT_IntProperty_a[] = {
     {"val", 0, "val", &st_3, nullptr, 1}};
-static const lmx::s_known_elements t_CT_IntProperty_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_IntProperty;
-const lmx::s_type t_CT_IntProperty = {"CT_IntProperty", t_CT_IntProperty_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_IntProperty_k, &make_CT_IntProperty};
+const lmx::s_type t_CT_IntProperty = {"CT_IntProperty", t_CT_IntProperty_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_IntProperty};
 static const lmx::s_attr t_CT_FontFamily_a[] = {
     {"val", 0, "val", &st_4, nullptr, 1}};
-static const lmx::s_known_elements t_CT_FontFamily_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_FontFamily;
-const lmx::s_type t_CT_FontFamily = {"CT_FontFamily", t_CT_FontFamily_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_FontFamily_k, nullptr};
+const lmx::s_type t_CT_FontFamily = {"CT_FontFamily", t_CT_FontFamily_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, nullptr};
 static const lmx::s_attr t_CT_BooleanProperty_a[] = {
     {"val", 0, "val", &st_2, "true", 0}};
-static const lmx::s_known_elements t_CT_BooleanProperty_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_BooleanProperty;
-const lmx::s_type t_CT_BooleanProperty = {"CT_BooleanProperty", t_CT_BooleanProperty_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_BooleanProperty_k, &make_CT_BooleanProperty};
+const lmx::s_type t_CT_BooleanProperty = {"CT_BooleanProperty", t_CT_BooleanProperty_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_BooleanProperty};
 static const lmx::s_attr t_CT_Color_a[] = {
     {"auto", 0, "auto", &st_2, nullptr, 0},
     {"indexed", 0, "indexed", &st_0, nullptr, 0},
     {"rgb", 0, "rgb", &st_5, nullptr, 0},
     {"theme", 0, "theme", &st_0, nullptr, 0},
     {"tint", 0, "tint", &st_6, "0.0", 0}};
-static const lmx::s_known_elements t_CT_Color_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_Color;
-const lmx::s_type t_CT_Color = {"CT_Color", t_CT_Color_a, 5, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_Color_k, &make_CT_Color};
+const lmx::s_type t_CT_Color = {"CT_Color", t_CT_Color_a, 5, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_Color};
 static const lmx::s_attr t_CT_FontSize_a[] = {
     {"val", 0, "val", &st_6, nullptr, 1}};
-static const lmx::s_known_elements t_CT_FontSize_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_FontSize;
-const lmx::s_type t_CT_FontSize = {"CT_FontSize", t_CT_FontSize_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_FontSize_k, &make_CT_FontSize};
+const lmx::s_type t_CT_FontSize = {"CT_FontSize", t_CT_FontSize_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_FontSize};
 static const lmx::s_attr t_CT_UnderlineProperty_a[] = {
     {"val", 0, "val", &st_7, "single", 0}};
-static const lmx::s_known_elements t_CT_UnderlineProperty_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_UnderlineProperty;
-const lmx::s_type t_CT_UnderlineProperty = {"CT_UnderlineProperty", t_CT_UnderlineProperty_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_UnderlineProperty_k, &make_CT_UnderlineProperty};
+const lmx::s_type t_CT_UnderlineProperty = {"CT_UnderlineProperty", t_CT_UnderlineProperty_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_UnderlineProperty};
 static const lmx::s_attr t_CT_VerticalAlignFontProperty_a[] = {
     {"val", 0, "val", &st_8, nullptr, 1}};
-static const lmx::s_known_elements t_CT_VerticalAlignFontProperty_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_VerticalAlignFontProperty;
-const lmx::s_type t_CT_VerticalAlignFontProperty = {"CT_VerticalAlignFontProperty", t_CT_VerticalAlignFontProperty_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_VerticalAlignFontProperty_k, &make_CT_VerticalAlignFontProperty};
+const lmx::s_type t_CT_VerticalAlignFontProperty = {"CT_VerticalAlignFontProperty", t_CT_VerticalAlignFontProperty_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_VerticalAlignFontProperty};
 static const lmx::s_attr t_CT_FontScheme_a[] = {
     {"val", 0, "val", &st_9, nullptr, 1}};
-static const lmx::s_known_elements t_CT_FontScheme_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_FontScheme;
-const lmx::s_type t_CT_FontScheme = {"CT_FontScheme", t_CT_FontScheme_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_FontScheme_k, &make_CT_FontScheme};
+const lmx::s_type t_CT_FontScheme = {"CT_FontScheme", t_CT_FontScheme_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_FontScheme};
 static const lmx::s_attr t_CT_PatternFill_a[] = {
     {"patternType", 0, "patternType", &st_10, nullptr, 0}};
 static const lmx::s_step t_CT_PatternFill_s[] = {
     {lmx::SK_ELEMENT, "fgColor", 1000, "fgColor", &t_CT_Color, nullptr, 0, 1u, nullptr},
     {lmx::SK_ELEMENT, "bgColor", 1000, "bgColor", &t_CT_Color, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_PatternFill_f[] = {{1000, "bgColor", 7}, {1000, "fgColor", 7}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_PatternFill_k[] = {{1000, "bgColor", 7}, {1000, "fgColor", 7}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_PatternFill;
-const lmx::s_type t_CT_PatternFill = {"CT_PatternFill", t_CT_PatternFill_a, 1, t_CT_PatternFill_s, 2, nullptr, lmx::TF_NULLABLE, t_CT_PatternFill_f, t_CT_PatternFill_k, &make_CT_PatternFill};
+const lmx::s_type t_CT_PatternFill = {"CT_PatternFill", t_CT_PatternFill_a, 1, t_CT_PatternFill_s, 2, nullptr, lmx::TF_NULLABLE, t_CT_PatternFill_f, nullptr, &make_CT_PatternFill};
 static const lmx::s_attr t_CT_GradientFill_a[] = {
     {"type", 0, "type", &st_11, "linear", 0},
     {"degree", 0, "degree", &st_6, "0", 0},
@@ -309,17 +275,15 @@ static const lmx::s_attr t_CT_GradientFill_a[] = {
 static const lmx::s_step t_CT_GradientFill_s[] = {
     {lmx::SK_ELEMENT, "stop", 1000, "stop", &t_CT_GradientStop, nullptr, 0, 4294967295u, nullptr}};
 static const lmx::s_known_elements t_CT_GradientFill_f[] = {{1000, "stop", 4}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_GradientFill_k[] = {{1000, "stop", 4}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_GradientFill;
-const lmx::s_type t_CT_GradientFill = {"CT_GradientFill", t_CT_GradientFill_a, 6, t_CT_GradientFill_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_GradientFill_f, t_CT_GradientFill_k, nullptr};
+const lmx::s_type t_CT_GradientFill = {"CT_GradientFill", t_CT_GradientFill_a, 6, t_CT_GradientFill_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_GradientFill_f, nullptr, nullptr};
 static const lmx::s_attr t_CT_BorderPr_a[] = {
     {"style", 0, "style", &st_12, "none", 0}};
 static const lmx::s_step t_CT_BorderPr_s[] = {
     {lmx::SK_ELEMENT, "color", 1000, "color", &t_CT_Color, nullptr, 0, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_BorderPr_f[] = {{1000, "color", 5}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_BorderPr_k[] = {{1000, "color", 5}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_BorderPr;
-const lmx::s_type t_CT_BorderPr = {"CT_BorderPr", t_CT_BorderPr_a, 1, t_CT_BorderPr_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_BorderPr_f, t_CT_BorderPr_k, &make_CT_BorderPr};
+const lmx::s_type t_CT_BorderPr = {"CT_BorderPr", t_CT_BorderPr_a, 1, t_CT_BorderPr_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_BorderPr_f, nullptr, &make_CT_BorderPr};
 static const lmx::s_attr t_CT_CellAlignment_a[] = {
     {"horizontal", 0, "horizontal", &st_13, nullptr, 0},
     {"vertical", 0, "vertical", &st_14, "bottom", 0},
@@ -330,46 +294,41 @@ static const lmx::s_attr t_CT_CellAlignment_a[] = {
     {"justifyLastLine", 0, "justifyLastLine", &st_2, nullptr, 0},
     {"shrinkToFit", 0, "shrinkToFit", &st_2, nullptr, 0},
     {"readingOrder", 0, "readingOrder", &st_0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_CellAlignment_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_CellAlignment;
-const lmx::s_type t_CT_CellAlignment = {"CT_CellAlignment", t_CT_CellAlignment_a, 9, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_CellAlignment_k, &make_CT_CellAlignment};
+const lmx::s_type t_CT_CellAlignment = {"CT_CellAlignment", t_CT_CellAlignment_a, 9, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_CellAlignment};
 static const lmx::s_attr t_CT_CellProtection_a[] = {
     {"locked", 0, "locked", &st_2, nullptr, 0},
     {"hidden", 0, "hidden", &st_2, nullptr, 0}};
-static const lmx::s_known_elements t_CT_CellProtection_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_CellProtection;
-const lmx::s_type t_CT_CellProtection = {"CT_CellProtection", t_CT_CellProtection_a, 2, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_CellProtection_k, &make_CT_CellProtection};
+const lmx::s_type t_CT_CellProtection = {"CT_CellProtection", t_CT_CellProtection_a, 2, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_CellProtection};
 static const lmx::s_attr t_CT_TableStyleElement_a[] = {
     {"type", 0, "type", &st_18, nullptr, 1},
     {"size", 0, "size", &st_0, "1", 0},
     {"dxfId", 0, "dxfId", &st_0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_TableStyleElement_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_TableStyleElement;
-const lmx::s_type t_CT_TableStyleElement = {"CT_TableStyleElement", t_CT_TableStyleElement_a, 3, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_TableStyleElement_k, nullptr};
+const lmx::s_type t_CT_TableStyleElement = {"CT_TableStyleElement", t_CT_TableStyleElement_a, 3, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, nullptr};
 static const lmx::s_attr t_CT_RgbColor_a[] = {
     {"rgb", 0, "rgb", &st_5, nullptr, 0}};
-static const lmx::s_known_elements t_CT_RgbColor_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_RgbColor;
-const lmx::s_type t_CT_RgbColor = {"CT_RgbColor", t_CT_RgbColor_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_RgbColor_k, &make_CT_RgbColor};
+const lmx::s_type t_CT_RgbColor = {"CT_RgbColor", t_CT_RgbColor_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, nullptr, &make_CT_RgbColor};
 static const lmx::s_attr t_CT_Extension_a[] = {
     {"uri", 0, "uri", &st_19, nullptr, 0}};
 static const lmx::s_step t_CT_Extension_s[] = {
     {lmx::SK_ANY, nullptr, 0, nullptr, nullptr, nullptr, 1, 1u, nullptr}};
 extern const lmx::s_type t_CT_Extension;
-const lmx::s_type t_CT_Extension = {"CT_Extension", t_CT_Extension_a, 1, t_CT_Extension_s, 1, nullptr, lmx::TF_ACCEPT_ANY | lmx::TF_ANY_FIRST, nullptr, nullptr, nullptr};
+const lmx::s_type t_CT_Extension = {"CT_Extension", t_CT_Extension_a, 1, t_CT_Extension_s, 1, nullptr, lmx::TF_ANY_FIRST, nullptr, nullptr, nullptr};
 static const lmx::s_attr t_CT_GradientStop_a[] = {
     {"position", 0, "position", &st_6, nullptr, 1}};
 static const lmx::s_step t_CT_GradientStop_s[] = {
     {lmx::SK_ELEMENT, "color", 1000, "color", &t_CT_Color, nullptr, 1, 1u, nullptr}};
 static const lmx::s_known_elements t_CT_GradientStop_f[] = {{1000, "color", 5}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_CT_GradientStop_k[] = {{1000, "color", 5}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_GradientStop;
-const lmx::s_type t_CT_GradientStop = {"CT_GradientStop", t_CT_GradientStop_a, 1, t_CT_GradientStop_s, 1, nullptr, 0, t_CT_GradientStop_f, t_CT_GradientStop_k, nullptr};
+const lmx::s_type t_CT_GradientStop = {"CT_GradientStop", t_CT_GradientStop_a, 1, t_CT_GradientStop_s, 1, nullptr, 0, t_CT_GradientStop_f, nullptr, nullptr};
 }  // namespace gen
 const lmx::s_ns_map ns_map[] = {{1000, nullptr, "http://schemas.openxmlformats.org/spreadsheetml/2006/main"}, {0, nullptr, nullptr}};
 const lmx::s_ns_map ns_map_writer_1[] = {{1000, nullptr, "http://schemas.openxmlformats.org/spreadsheetml/2006/main"}, {0, nullptr, nullptr}};
 const wchar_t* const enum_texts[] = {L"", L"single", L"double", L"singleAccounting", L"doubleAccounting", L"none", L"baseline", L"superscript", L"subscript", L"major", L"minor", L"solid", L"mediumGray", L"darkGray", L"lightGray", L"darkHorizontal", L"darkVertical", L"darkDown", L"darkUp", L"darkGrid", L"darkTrellis", L"lightHorizontal", L"lightVertical", L"lightDown", L"lightUp", L"lightGrid", L"lightTrellis", L"gray125", L"gray0625", L"linear", L"path", L"thin", L"medium", L"dashed", L"dotted", L"thick", L"hair", L"mediumDashed", L"dashDot", L"mediumDashDot", L"dashDotDot", L"mediumDashDotDot", L"slantDashDot", L"general", L"left", L"center", L"right", L"fill", L"justify", L"centerContinuous", L"distributed", L"top", L"bottom", L"255", L"wholeTable", L"headerRow", L"totalRow", L"firstColumn", L"lastColumn", L"firstRowStripe", L"secondRowStripe", L"firstColumnStripe", L"secondColumnStripe", L"firstHeaderCell", L"lastHeaderCell", L"firstTotalCell", L"lastTotalCell", L"firstSubtotalColumn", L"secondSubtotalColumn", L"thirdSubtotalColumn", L"firstSubtotalRow", L"secondSubtotalRow", L"thirdSubtotalRow", L"blankRow", L"firstColumnSubheading", L"secondColumnSubheading", L"thirdColumnSubheading", L"firstRowSubheading", L"secondRowSubheading", L"thirdRowSubheading", L"pageFieldLabels", L"pageFieldValues"};
 const unsigned enum_count = 82;
-const lmx::s_root root_styleSheet = {&gen::t_CT_Stylesheet, "styleSheet", 1000, true, ns_map, ns_map_writer_1, enum_texts, enum_count};
+const lmx::s_root root_styleSheet = {&gen::t_CT_Stylesheet, "styleSheet", 1000, false, ns_map, ns_map_writer_1, enum_texts, enum_count};
 }  // namespace styles
 }  // namespace zelvar

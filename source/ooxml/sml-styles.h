@@ -1140,6 +1140,7 @@ public:
     void unset_vertical() { unset(1); }
     std::wstring get_textRotation() const { return get_w(2); }
     int set_textRotation(const std::wstring& v) { return set_w(2, v); }
+    int set_textRotation(int64_t v) { return set_w(2, std::to_wstring(v)); }
     bool isset_textRotation() const { return isset(2); }
     void unset_textRotation() { unset(2); }
     bool get_wrapText() const { return get_i(3) != 0; }

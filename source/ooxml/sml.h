@@ -869,6 +869,7 @@ class c_CT_VolTypes;
 class c_CT_Workbook;
 class c_CT_Rst;
 class c_CT_SheetPr;
+class c_CT_SheetDimension;
 class c_CT_SheetViews;
 class c_CT_SheetFormatPr;
 class c_CT_Cols;
@@ -1883,12 +1884,12 @@ public:
     void unset_sheetPr() { unset(0); }
     void assign_sheetPr(c_CT_SheetPr* p);
     void assign_sheetPr(const c_CT_SheetPr& v);
-    lmx::c_node& get_dimension();
-    const lmx::c_node* get_dimension() const;
+    c_CT_SheetDimension& get_dimension();
+    const c_CT_SheetDimension* get_dimension() const;
     bool isset_dimension() const { return child_ptr(1) != nullptr; }
     void unset_dimension() { unset(1); }
-    void assign_dimension(lmx::c_node* p);
-    void assign_dimension(const lmx::c_node& v);
+    void assign_dimension(c_CT_SheetDimension* p);
+    void assign_dimension(const c_CT_SheetDimension& v);
     c_CT_SheetViews& get_sheetViews();
     const c_CT_SheetViews* get_sheetViews() const;
     bool isset_sheetViews() const { return child_ptr(2) != nullptr; }
@@ -2856,6 +2857,21 @@ public:
     void unset_pageSetUpPr() { unset(11); }
     void assign_pageSetUpPr(c_CT_PageSetUpPr* p);
     void assign_pageSetUpPr(const c_CT_PageSetUpPr& v);
+};
+
+// CT_SheetDimension
+class c_CT_SheetDimension : public lmx::c_node {
+public:
+    c_CT_SheetDimension() : lmx::c_node(&gen::t_CT_SheetDimension) {}
+    c_CT_SheetDimension(const c_CT_SheetDimension& o) : lmx::c_node(o) {}
+    c_CT_SheetDimension& operator=(const c_CT_SheetDimension& o) { lmx::c_node::operator=(o); return *this; }
+    c_CT_SheetDimension* clone() const { return new c_CT_SheetDimension(*this); }
+    void swap(c_CT_SheetDimension& o) { lmx::c_node::swap(o); }
+    void reset() { c_CT_SheetDimension fresh; swap(fresh); }
+    std::wstring get_ref() const { return get_w(0); }
+    int set_ref(const std::wstring& v) { return set_w(0, v); }
+    bool isset_ref() const { return isset(0); }
+    void unset_ref() { unset(0); }
 };
 
 // CT_SheetViews
@@ -5017,6 +5033,7 @@ public:
     void unset_vertical() { unset(1); }
     std::wstring get_textRotation() const { return get_w(2); }
     int set_textRotation(const std::wstring& v) { return set_w(2, v); }
+    int set_textRotation(int64_t v) { return set_w(2, std::to_wstring(v)); }
     bool isset_textRotation() const { return isset(2); }
     void unset_textRotation() { unset(2); }
     bool get_wrapText() const { return get_i(3) != 0; }
@@ -5499,10 +5516,10 @@ inline c_CT_SheetPr& c_CT_Worksheet::get_sheetPr() { return static_cast<c_CT_She
 inline const c_CT_SheetPr* c_CT_Worksheet::get_sheetPr() const { return static_cast<const c_CT_SheetPr*>(child_ptr(0)); }
 inline void c_CT_Worksheet::assign_sheetPr(c_CT_SheetPr* p) { assign_child(0, p); }
 inline void c_CT_Worksheet::assign_sheetPr(const c_CT_SheetPr& v) { assign_child(0, v.clone_node()); }
-inline lmx::c_node& c_CT_Worksheet::get_dimension() { return static_cast<lmx::c_node&>(child(1)); }
-inline const lmx::c_node* c_CT_Worksheet::get_dimension() const { return static_cast<const lmx::c_node*>(child_ptr(1)); }
-inline void c_CT_Worksheet::assign_dimension(lmx::c_node* p) { assign_child(1, p); }
-inline void c_CT_Worksheet::assign_dimension(const lmx::c_node& v) { assign_child(1, v.clone_node()); }
+inline c_CT_SheetDimension& c_CT_Worksheet::get_dimension() { return static_cast<c_CT_SheetDimension&>(child(1)); }
+inline const c_CT_SheetDimension* c_CT_Worksheet::get_dimension() const { return static_cast<const c_CT_SheetDimension*>(child_ptr(1)); }
+inline void c_CT_Worksheet::assign_dimension(c_CT_SheetDimension* p) { assign_child(1, p); }
+inline void c_CT_Worksheet::assign_dimension(const c_CT_SheetDimension& v) { assign_child(1, v.clone_node()); }
 inline c_CT_SheetViews& c_CT_Worksheet::get_sheetViews() { return static_cast<c_CT_SheetViews&>(child(2)); }
 inline const c_CT_SheetViews* c_CT_Worksheet::get_sheetViews() const { return static_cast<const c_CT_SheetViews*>(child_ptr(2)); }
 inline void c_CT_Worksheet::assign_sheetViews(c_CT_SheetViews* p) { assign_child(2, p); }
@@ -6983,6 +7000,7 @@ inline lmx::c_node* make_CT_VolTypes() { return new c_CT_VolTypes; }
 inline lmx::c_node* make_CT_Workbook() { return new c_CT_Workbook; }
 inline lmx::c_node* make_CT_Rst() { return new c_CT_Rst; }
 inline lmx::c_node* make_CT_SheetPr() { return new c_CT_SheetPr; }
+inline lmx::c_node* make_CT_SheetDimension() { return new c_CT_SheetDimension; }
 inline lmx::c_node* make_CT_SheetViews() { return new c_CT_SheetViews; }
 inline lmx::c_node* make_CT_SheetFormatPr() { return new c_CT_SheetFormatPr; }
 inline lmx::c_node* make_CT_Cols() { return new c_CT_Cols; }

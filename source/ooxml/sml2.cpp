@@ -204,7 +204,7 @@ static const lmx::s_attr t_CT_SheetDimension_a[] = {
     {"ref", 0, "ref", &st_0, nullptr, 1}};
 static const lmx::s_known_elements t_CT_SheetDimension_k[] = {{0, nullptr, 0}};
 extern const lmx::s_type t_CT_SheetDimension;
-const lmx::s_type t_CT_SheetDimension = {"CT_SheetDimension", t_CT_SheetDimension_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_SheetDimension_k, nullptr};
+const lmx::s_type t_CT_SheetDimension = {"CT_SheetDimension", t_CT_SheetDimension_a, 1, nullptr, 0, nullptr, lmx::TF_NULLABLE, nullptr, t_CT_SheetDimension_k, &make_CT_SheetDimension};
 static const lmx::s_step t_CT_SheetViews_s[] = {
     {lmx::SK_ELEMENT, "sheetView", 1000, "sheetView", &t_CT_SheetView, nullptr, 1, 4294967295u, nullptr},
     {lmx::SK_ELEMENT, "extLst", 1000, "extLst", &t_CT_ExtensionList, nullptr, 0, 1u, nullptr}};

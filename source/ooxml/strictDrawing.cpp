@@ -58,22 +58,16 @@ static const lmx::s_known_elements t_CT_Marker_k[] = {{1000, "col", 3}, {1000, "
 extern const lmx::s_type t_CT_Marker;
 const lmx::s_type t_CT_Marker = {"CT_Marker", nullptr, 0, t_CT_Marker_s, 4, nullptr, 0, t_CT_Marker_f, t_CT_Marker_k, &make_CT_Marker};
 static const lmx::s_step t_EG_ObjectChoices_s[] = {
-    {lmx::SK_GROUP, nullptr, 0, nullptr, &t_EG_ObjectChoices_anon_choice, nullptr, 1, 1u, nullptr}};
-static const lmx::s_known_elements t_EG_ObjectChoices_f[] = {{1000, "contentPart", 11}, {1000, "cxnSp", 5}, {1000, "graphicFrame", 12}, {1000, "grpSp", 5}, {1000, "pic", 3}, {1000, "sp", 2}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_EG_ObjectChoices_k[] = {{1000, "contentPart", 11}, {1000, "cxnSp", 5}, {1000, "graphicFrame", 12}, {1000, "grpSp", 5}, {1000, "pic", 3}, {1000, "sp", 2}, {0, nullptr, 0}};
-extern const lmx::s_type t_EG_ObjectChoices;
-const lmx::s_type t_EG_ObjectChoices = {"EG_ObjectChoices", nullptr, 0, t_EG_ObjectChoices_s, 1, nullptr, 0, t_EG_ObjectChoices_f, t_EG_ObjectChoices_k, &make_EG_ObjectChoices};
-static const lmx::s_step t_EG_ObjectChoices_anon_choice_s[] = {
     {lmx::SK_ELEMENT, "sp", 1000, "xdr:sp", &t_CT_Shape, nullptr, 1, 1u, nullptr},
     {lmx::SK_ELEMENT, "grpSp", 1000, "xdr:grpSp", &t_CT_GroupShape, nullptr, 1, 1u, nullptr},
     {lmx::SK_ELEMENT, "graphicFrame", 1000, "xdr:graphicFrame", &t_CT_GraphicalObjectFrame, nullptr, 1, 1u, nullptr},
     {lmx::SK_ELEMENT, "cxnSp", 1000, "xdr:cxnSp", &t_CT_Connector, nullptr, 1, 1u, nullptr},
     {lmx::SK_ELEMENT, "pic", 1000, "xdr:pic", &t_CT_Picture, nullptr, 1, 1u, nullptr},
     {lmx::SK_ELEMENT, "contentPart", 1000, "xdr:contentPart", &t_CT_Rel, nullptr, 1, 1u, nullptr}};
-static const lmx::s_known_elements t_EG_ObjectChoices_anon_choice_f[] = {{1000, "contentPart", 11}, {1000, "cxnSp", 5}, {1000, "graphicFrame", 12}, {1000, "grpSp", 5}, {1000, "pic", 3}, {1000, "sp", 2}, {0, nullptr, 0}};
-static const lmx::s_known_elements t_EG_ObjectChoices_anon_choice_k[] = {{1000, "contentPart", 11}, {1000, "cxnSp", 5}, {1000, "graphicFrame", 12}, {1000, "grpSp", 5}, {1000, "pic", 3}, {1000, "sp", 2}, {0, nullptr, 0}};
-extern const lmx::s_type t_EG_ObjectChoices_anon_choice;
-const lmx::s_type t_EG_ObjectChoices_anon_choice = {"EG_ObjectChoices_anon_choice", nullptr, 0, t_EG_ObjectChoices_anon_choice_s, 6, nullptr, lmx::TF_CHOICE, t_EG_ObjectChoices_anon_choice_f, t_EG_ObjectChoices_anon_choice_k, nullptr};
+static const lmx::s_known_elements t_EG_ObjectChoices_f[] = {{1000, "contentPart", 11}, {1000, "cxnSp", 5}, {1000, "graphicFrame", 12}, {1000, "grpSp", 5}, {1000, "pic", 3}, {1000, "sp", 2}, {0, nullptr, 0}};
+static const lmx::s_known_elements t_EG_ObjectChoices_k[] = {{1000, "contentPart", 11}, {1000, "cxnSp", 5}, {1000, "graphicFrame", 12}, {1000, "grpSp", 5}, {1000, "pic", 3}, {1000, "sp", 2}, {0, nullptr, 0}};
+extern const lmx::s_type t_EG_ObjectChoices;
+const lmx::s_type t_EG_ObjectChoices = {"EG_ObjectChoices", nullptr, 0, t_EG_ObjectChoices_s, 6, nullptr, lmx::TF_CHOICE, t_EG_ObjectChoices_f, t_EG_ObjectChoices_k, &make_EG_ObjectChoices};
 static const lmx::s_attr t_CT_AnchorClientData_a[] = {
     {"fLocksWithSheet", 0, "fLocksWithSheet", &st_5, "true", 0},
     {"fPrintsWithSheet", 0, "fPrintsWithSheet", &st_5, "true", 0}};
@@ -662,6 +656,15 @@ static const lmx::s_known_elements t_CT_EffectList_f[] = {{1001, "blur", 4}, {10
 static const lmx::s_known_elements t_CT_EffectList_k[] = {{1001, "blur", 4}, {1001, "fillOverlay", 11}, {1001, "glow", 4}, {1001, "innerShdw", 9}, {1001, "outerShdw", 9}, {1001, "prstShdw", 8}, {1001, "reflection", 10}, {1001, "softEdge", 8}, {0, nullptr, 0}};
 extern const lmx::s_type t_CT_EffectList;
 const lmx::s_type t_CT_EffectList = {"CT_EffectList", nullptr, 0, t_CT_EffectList_s, 8, nullptr, lmx::TF_NULLABLE, t_CT_EffectList_f, t_CT_EffectList_k, nullptr};
+static const lmx::s_attr t_CT_EffectContainer_a[] = {
+    {"type", 0, "type", &st_33, "sib", 0},
+    {"name", 0, "name", &st_24, nullptr, 0}};
+static const lmx::s_step t_CT_EffectContainer_s[] = {
+    {lmx::SK_GROUP, nullptr, 0, nullptr, &t_EG_Effect, nullptr, 0, 4294967295u, nullptr}};
+static const lmx::s_known_elements t_CT_EffectContainer_f[] = {{1001, "alphaBiLevel", 12}, {1001, "alphaCeiling", 12}, {1001, "alphaFloor", 10}, {1001, "alphaInv", 8}, {1001, "alphaMod", 8}, {1001, "alphaModFix", 11}, {1001, "alphaOutset", 11}, {1001, "alphaRepl", 9}, {1001, "biLevel", 7}, {1001, "blend", 5}, {1001, "blur", 4}, {1001, "clrChange", 9}, {1001, "clrRepl", 7}, {1001, "cont", 4}, {1001, "duotone", 7}, {1001, "effect", 6}, {1001, "fill", 4}, {1001, "fillOverlay", 11}, {1001, "glow", 4}, {1001, "grayscl", 7}, {1001, "hsl", 3}, {1001, "innerShdw", 9}, {1001, "lum", 3}, {1001, "outerShdw", 9}, {1001, "prstShdw", 8}, {1001, "reflection", 10}, {1001, "relOff", 6}, {1001, "softEdge", 8}, {1001, "tint", 4}, {1001, "xfrm", 4}, {0, nullptr, 0}};
+static const lmx::s_known_elements t_CT_EffectContainer_k[] = {{1001, "alphaBiLevel", 12}, {1001, "alphaCeiling", 12}, {1001, "alphaFloor", 10}, {1001, "alphaInv", 8}, {1001, "alphaMod", 8}, {1001, "alphaModFix", 11}, {1001, "alphaOutset", 11}, {1001, "alphaRepl", 9}, {1001, "biLevel", 7}, {1001, "blend", 5}, {1001, "blur", 4}, {1001, "clrChange", 9}, {1001, "clrRepl", 7}, {1001, "cont", 4}, {1001, "duotone", 7}, {1001, "effect", 6}, {1001, "fill", 4}, {1001, "fillOverlay", 11}, {1001, "glow", 4}, {1001, "grayscl", 7}, {1001, "hsl", 3}, {1001, "innerShdw", 9}, {1001, "lum", 3}, {1001, "outerShdw", 9}, {1001, "prstShdw", 8}, {1001, "reflection", 10}, {1001, "relOff", 6}, {1001, "softEdge", 8}, {1001, "tint", 4}, {1001, "xfrm", 4}, {0, nullptr, 0}};
+extern const lmx::s_type t_CT_EffectContainer;
+const lmx::s_type t_CT_EffectContainer = {"CT_EffectContainer", t_CT_EffectContainer_a, 2, t_CT_EffectContainer_s, 1, nullptr, lmx::TF_NULLABLE, t_CT_EffectContainer_f, t_CT_EffectContainer_k, nullptr};
 }  // namespace gen
 const lmx::s_ns_map ns_map[] = {{1000, "xdr", "http://purl.oclc.org/ooxml/drawingml/spreadsheetDrawing"}, {1001, "a", "http://purl.oclc.org/ooxml/drawingml/main"}, {1002, "r", "http://purl.oclc.org/ooxml/officeDocument/relationships"}, {0, nullptr, nullptr}};
 const lmx::s_ns_map ns_map_writer_1[] = {{1000, "xdr", "http://purl.oclc.org/ooxml/drawingml/spreadsheetDrawing"}, {1001, "a", "http://purl.oclc.org/ooxml/drawingml/main"}, {1002, "r", "http://purl.oclc.org/ooxml/officeDocument/relationships"}, {0, nullptr, nullptr}};

@@ -877,18 +877,6 @@ int XMLBookImplT<T, Tag>::getPicture(int index, const char** data, unsigned* siz
     return PictureError;
 }
 
-template <class T, class Tag>
-int XMLBookImplT<T, Tag>::addPicture(const T*) {
-    _errorText = "not supported";
-    return -1;
-}
-
-template <class T, class Tag>
-int XMLBookImplT<T, Tag>::addPicture2(const char*, unsigned) {
-    _errorText = "not supported";
-    return -1;
-}
-
 // ---------------------------------------------------------------- settings
 
 template <class T, class Tag>

@@ -19,6 +19,8 @@ class ZipWriter;
 
 template <class T, class Tag>
 class XMLBookImplT;
+template <class Tag>
+class Drawing;
 
 // A formula moved by rows and columns: relative references shift, quoted text and function
 // names stay.
@@ -237,7 +239,8 @@ private:
     double isoDateValue(const std::string& text) const;
     void ok() const;
     void fail(const char* text) const;
-    void notSupported() const { fail("not supported"); }
+    // Operations that this side does not carry out yet.
+    void notImplemented() const { fail("not implemented"); }
     bool utf8() const;
     IFormatT<T>* fetchFormat(const Cell* cell) const;
 
@@ -347,6 +350,16 @@ public:
     Sheet* sheetAt(int index) const;
     void setError(const char* text) const { _errorText = text; }
     void setOk() const { _errorText = "ok"; }
+
+    // ---- pictures and drawings
+    const std::vector<PicInfo>& pictures() const { return _pictures; }
+    // Index of the picture part with exactly that path; -1 if none.
+    int picIndex(const std::wstring& imagePath) const;
+    // The drawing part at a path, read into its tree on first use; null if there is none.
+    Drawing<Tag>* drawingAt(const std::wstring& path);
+    // The relationships part of a part, made when asked to and absent.
+    Relationships* relationshipsFor(const XFile* file, bool create);
+    ContentTypes* contentTypes() const { return _contentTypes; }
 
 protected:
     void load(ZipReader& reader);

@@ -924,24 +924,20 @@ bool XMLSheetImplT<T, Tag>::setHidden(SheetState state) {
 
 // ---------------------------------------------------------------- settings kept for later work
 
-#define XS_NOT_SUPPORTED(value) \
-    notSupported();             \
+#define XS_NOT_IMPLEMENTED(value) \
+    notImplemented();             \
     return value;
 
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::pictureSize() const { XS_NOT_SUPPORTED(0) }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::getPicture(int, int*, int*, int*, int*, int*, int*, int*, int*) const { XS_NOT_SUPPORTED(-1) }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPicture(int, int, int, double, int, int) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPicture2(int, int, int, int, int, int, int) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatRows(int, int) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatCols(int, int) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintArea(int, int, int, int) { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintRepeats() { notSupported(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintArea() { notSupported(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::getNamedRange(const T*, int*, int*, int*, int*) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setNamedRange(const T*, int, int, int, int) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::delNamedRange(const T*) { XS_NOT_SUPPORTED(false) }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::namedRangeSize() const { XS_NOT_SUPPORTED(0) }
-template <class T, class Tag> const T* XMLSheetImplT<T, Tag>::namedRange(int, int*, int*, int*, int*) { XS_NOT_SUPPORTED(nullptr) }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatRows(int, int) { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatCols(int, int) { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintArea(int, int, int, int) { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintRepeats() { notImplemented(); }
+template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintArea() { notImplemented(); }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::getNamedRange(const T*, int*, int*, int*, int*) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setNamedRange(const T*, int, int, int, int) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> bool XMLSheetImplT<T, Tag>::delNamedRange(const T*) { XS_NOT_IMPLEMENTED(false) }
+template <class T, class Tag> int XMLSheetImplT<T, Tag>::namedRangeSize() const { XS_NOT_IMPLEMENTED(0) }
+template <class T, class Tag> const T* XMLSheetImplT<T, Tag>::namedRange(int, int*, int*, int*, int*) { XS_NOT_IMPLEMENTED(nullptr) }
 
 template class XMLSheetImplT<char, excelNormal_tag>;
 template class XMLSheetImplT<wchar_t, excelNormal_tag>;
