@@ -46,4 +46,3 @@ BENCHMARK(BM_XmlRemoveRow0)->Unit(benchmark::kMillisecond)->Iterations(10);
 
 }  // namespace
 
-BENCHMARK_MAIN();
