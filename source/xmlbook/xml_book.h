@@ -357,8 +357,9 @@ public:
     int picIndex(const std::wstring& imagePath) const;
     // The drawing part at a path, read into its tree on first use; null if there is none.
     Drawing<Tag>* drawingAt(const std::wstring& path);
-    // The relationships part of a part, made when asked to and absent.
-    Relationships* relationshipsFor(const XFile* file, bool create);
+    // The relationships part of a part, made when asked to and absent (as a copy of copyOf
+    // when one is given).
+    Relationships* relationshipsFor(const XFile* file, bool create, const Relationships* copyOf = nullptr);
     ContentTypes* contentTypes() const { return _contentTypes; }
 
 protected:

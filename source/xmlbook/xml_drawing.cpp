@@ -224,13 +224,13 @@ Drawing<Tag>* XMLBookImplT<T, Tag>::drawingAt(const std::wstring& path) {
 }
 
 template <class T, class Tag>
-Relationships* XMLBookImplT<T, Tag>::relationshipsFor(const XFile* file, bool create) {
+Relationships* XMLBookImplT<T, Tag>::relationshipsFor(const XFile* file, bool create, const Relationships* copyOf) {
     std::wstring path = getFileName(file);
     if (path.empty()) return nullptr;
     std::wstring relsPath = relationPath(path, false);
     if (Relationships* found = getXml<Relationships>(relsPath)) return found;
     if (!create) return nullptr;
-    auto* made = new Relationships;
+    auto* made = copyOf ? new Relationships(*copyOf) : new Relationships;
     _files[relsPath] = made;
     return made;
 }
@@ -348,8 +348,29 @@ void XMLSheetImplT<T, Tag>::setPicture2(int row, int col, int pictureId, int wid
     const bool hadDrawing = this->tree.isset_drawing();
     if (hadDrawing) {
         Relationships* rels = _book->relationshipsFor(this, false);
-        if (rels) drawing = _book->drawingAt(resolveTarget(rels->target(this->tree.get_drawing().get_id()), dirOf(sheetPath)));
+        std::wstring path;
+        if (rels) path = resolveTarget(rels->target(this->tree.get_drawing().get_id()), dirOf(sheetPath));
+        if (rels) drawing = _book->drawingAt(path);
         if (!drawing) throw zverror("can't find drawing object");
+        // A copied sheet still names the drawing of its source: it gets a drawing of its own
+        // before anything is added, so that the source's pictures stay as they were.
+        bool shared = false;
+        for (int i = 0; i < _book->sheetCount() && !shared; ++i) {
+            auto* other = _book->sheetAt(i);
+            if (!other || other == this || !other->tree.isset_drawing()) continue;
+            Relationships* otherRels = _book->relationshipsFor(other, false);
+            if (otherRels)
+                shared = resolveTarget(otherRels->target(other->tree.get_drawing().get_id()), dirOf(_book->getFileName(other))) == path;
+        }
+        if (shared) {
+            auto* own = new Drawing<Tag>(*drawing);
+            std::wstring ownPath = _book->addFile(own, L"/xl/drawings/drawing", L"xml");
+            _book->contentTypes()->addOverride(ownPath, kDrawingType);
+            if (Relationships* drawingRels = _book->relationshipsFor(drawing, false)) _book->relationshipsFor(own, true, drawingRels);
+            rels->delRelation(this->tree.get_drawing().get_id());
+            this->tree.get_drawing().set_id(rels->addRelation(kDrawingRel, L".." + ownPath.substr(3)));
+            drawing = own;
+        }
     } else {
         drawing = new Drawing<Tag>;
         std::wstring path = _book->addFile(drawing, L"/xl/drawings/drawing", L"xml");

@@ -134,6 +134,26 @@ TYPED_TEST(XmlPicture, AnchorsArePlacedAndReadBackInPixels) {
     EXPECT_FALSE(reparts.count("xl/drawings/drawing2.xml"));
 }
 
+TYPED_TEST(XmlPicture, ACopiedSheetGetsADrawingOfItsOwn) {
+    using T = TypeParam;
+    BookPtr<T> book = newXmlBook<T>();
+    ISheetT<T>* sheet = book->addSheet(S<T>("S").c_str());
+    std::string p = png(10, 10);
+    int id = book->addPicture2(p.data(), static_cast<unsigned>(p.size()));
+    sheet->setPicture2(0, 0, id, 10, 10);
+    ISheetT<T>* copy = book->addSheet(S<T>("Copy").c_str(), sheet);
+    ASSERT_NE(copy, nullptr) << book->errorMessage();
+    EXPECT_EQ(copy->pictureSize(), 1);
+    copy->setPicture2(5, 5, id, 10, 10);
+    EXPECT_STREQ(book->errorMessage(), "ok");
+    EXPECT_EQ(copy->pictureSize(), 2);
+    EXPECT_EQ(sheet->pictureSize(), 1);
+    auto parts = savedEntries(book.get());
+    EXPECT_TRUE(parts.count("xl/drawings/drawing2.xml"));
+    EXPECT_TRUE(parts.count("xl/drawings/_rels/drawing2.xml.rels"));
+    EXPECT_EQ(book->pictureSize(), 1);  // the image part stays shared
+}
+
 TYPED_TEST(XmlPicture, MergedCellSpansAPictureOfUnsetSize) {
     using T = TypeParam;
     BookPtr<T> book = newXmlBook<T>();
