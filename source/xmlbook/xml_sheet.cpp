@@ -135,6 +135,13 @@ const typename XMLSheetImplT<T, Tag>::Row* XMLSheetImplT<T, Tag>::findRow(int ro
     const auto* data = static_cast<const typename X::Worksheet&>(this->tree).get_sheetData();
     if (!data) return nullptr;
     long low = -1, high = static_cast<long>(data->size_row());
+    // Ascending writes ask for the last row or one past it: answered without a search.
+    if (high > 0) {
+        const Row& last = data->get_row(static_cast<size_t>(high - 1));
+        long long lastRow = static_cast<long long>(last.get_r()) - 1;
+        if (row > lastRow) return nullptr;
+        if (row == lastRow) return &last;
+    }
     while (low < high - 1) {
         long mid = (low + high) / 2;
         if (static_cast<long long>(row) < static_cast<long long>(data->get_row(mid).get_r()) - 1)
@@ -157,6 +164,11 @@ template <class T, class Tag>
 const typename XMLSheetImplT<T, Tag>::Cell* XMLSheetImplT<T, Tag>::findCell(const Row* rowObject, int col) const {
     if (!rowObject) return nullptr;
     long low = -1, high = static_cast<long>(rowObject->size_c());
+    if (high > 0) {
+        const Cell& last = rowObject->get_c(static_cast<size_t>(high - 1));
+        if (col > static_cast<int>(last.get_col())) return nullptr;
+        if (col == static_cast<int>(last.get_col())) return &last;
+    }
     while (low < high - 1) {
         long mid = (low + high) / 2;
         if (static_cast<long>(col) < static_cast<long>(rowObject->get_c(static_cast<size_t>(mid)).get_col()))
