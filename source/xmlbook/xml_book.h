@@ -226,6 +226,8 @@ public:
     int colWidthPx(unsigned short col) const;
     int rowHeightPx(unsigned short row) const;
     int maxDigitWidth() const;
+    // Stores the print titles of rows (0) or columns (1), keeping the other half.
+    void setRepeat(int which, const std::wstring& text);
 
     // The entry of this sheet in the workbook's sheet list.
     typename X::Sheet* sheetEntry() const;

@@ -940,16 +940,6 @@ bool XMLSheetImplT<T, Tag>::setHidden(SheetState state) {
     notImplemented();             \
     return value;
 
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatRows(int, int) { notImplemented(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintRepeatCols(int, int) { notImplemented(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::setPrintArea(int, int, int, int) { notImplemented(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintRepeats() { notImplemented(); }
-template <class T, class Tag> void XMLSheetImplT<T, Tag>::clearPrintArea() { notImplemented(); }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::getNamedRange(const T*, int*, int*, int*, int*) { XS_NOT_IMPLEMENTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::setNamedRange(const T*, int, int, int, int) { XS_NOT_IMPLEMENTED(false) }
-template <class T, class Tag> bool XMLSheetImplT<T, Tag>::delNamedRange(const T*) { XS_NOT_IMPLEMENTED(false) }
-template <class T, class Tag> int XMLSheetImplT<T, Tag>::namedRangeSize() const { XS_NOT_IMPLEMENTED(0) }
-template <class T, class Tag> const T* XMLSheetImplT<T, Tag>::namedRange(int, int*, int*, int*, int*) { XS_NOT_IMPLEMENTED(nullptr) }
 
 template class XMLSheetImplT<char, excelNormal_tag>;
 template class XMLSheetImplT<wchar_t, excelNormal_tag>;

@@ -229,6 +229,49 @@ TYPED_TEST(XmlSettings, ViewsPrintSetupMarginsHeaderFooterProtection) {
     EXPECT_EQ(std::basic_string<T>(loaded->footer()), S<T>("&P"));
 }
 
+TYPED_TEST(XmlSettings, NamedRangesPrintAreaAndTitles) {
+    using T = TypeParam;
+    BookPtr<T> book = newXmlBook<T>();
+    ISheetT<T>* first = book->addSheet(S<T>("First").c_str());
+    ISheetT<T>* sheet = book->addSheet(S<T>("My sheet").c_str());
+    EXPECT_FALSE(sheet->setNamedRange(S<T>("a b").c_str(), 0, 0, 0, 0));
+    EXPECT_STREQ(book->errorMessage(), "space symbol isn't allowed");
+    ASSERT_TRUE(sheet->setNamedRange(S<T>("Block").c_str(), 1, 2, 0, 1));
+    ASSERT_TRUE(sheet->setNamedRange(S<T>("Block").c_str(), 1, 3, 0, 1));  // overwritten
+    ASSERT_TRUE(sheet->setNamedRange(S<T>("BLOCK").c_str(), 4, 4, 2, 2));  // another case: a second entry
+    ASSERT_TRUE(first->setNamedRange(S<T>("Other").c_str(), 0, 0, 0, 0));
+    EXPECT_EQ(sheet->namedRangeSize(), 2);
+    EXPECT_EQ(first->namedRangeSize(), 1);
+    int r1, r2, c1, c2;
+    ASSERT_TRUE(sheet->getNamedRange(S<T>("block").c_str(), &r1, &r2, &c1, &c2));  // case doesn't matter
+    EXPECT_EQ(r1, 1);
+    EXPECT_EQ(r2, 3);
+    EXPECT_EQ(c2, 1);
+    EXPECT_EQ(std::basic_string<T>(sheet->namedRange(1, &r1, &r2, &c1, &c2)), S<T>("BLOCK"));
+    EXPECT_EQ(r1, 4);
+    EXPECT_EQ(c1, 2);
+    EXPECT_EQ(sheet->namedRange(2, &r1, &r2, &c1, &c2), nullptr);
+    EXPECT_STREQ(book->errorMessage(), "index is out of range");
+    EXPECT_FALSE(sheet->getNamedRange(S<T>("Other").c_str(), &r1, &r2, &c1, &c2));
+    EXPECT_STREQ(book->errorMessage(), "named range is not found");
+
+    sheet->setPrintArea(0, 9, 0, 3);
+    sheet->setPrintRepeatRows(0, 1);
+    sheet->setPrintRepeatCols(0, 1);
+    std::string workbook = savedEntries(book.get())["xl/workbook.xml"];
+    EXPECT_TRUE(contains(workbook, "<definedName name=\"Block\" localSheetId=\"1\">&apos;My sheet&apos;!$A$2:$B$4</definedName>")) << workbook;
+    EXPECT_TRUE(contains(workbook, "<definedName name=\"_xlnm.Print_Area\" localSheetId=\"1\">&apos;My sheet&apos;!$A$1:$D$10</definedName>")) << workbook;
+    EXPECT_TRUE(contains(workbook, "<definedName name=\"_xlnm.Print_Titles\" localSheetId=\"1\">&apos;My sheet&apos;!$1:$2,&apos;My sheet&apos;!$A:$B</definedName>")) << workbook;
+    ASSERT_TRUE(sheet->delNamedRange(S<T>("Block").c_str()));
+    EXPECT_FALSE(sheet->delNamedRange(S<T>("Block").c_str()));
+    EXPECT_STREQ(book->errorMessage(), "named range not found");
+    sheet->clearPrintArea();
+    sheet->clearPrintRepeats();
+    EXPECT_STREQ(book->errorMessage(), "ok");
+    workbook = savedEntries(book.get())["xl/workbook.xml"];
+    EXPECT_FALSE(contains(workbook, "_xlnm"));
+}
+
 // Settings that both families keep alike, over both factories.
 template <class T>
 IBookT<T>* createBinaryBook();
@@ -271,6 +314,15 @@ TYPED_TEST(XmlSettings, BothFamiliesAlike) {
         EXPECT_TRUE(sheet->protect());
         ASSERT_TRUE(sheet->setHeader(S<T>("&LLeft").c_str(), 0.5));
         EXPECT_EQ(std::basic_string<T>(sheet->header()), S<T>("&LLeft"));
+        ASSERT_TRUE(sheet->setNamedRange(S<T>("Area").c_str(), 1, 4, 2, 3));
+        ASSERT_TRUE(sheet->getNamedRange(S<T>("Area").c_str(), &r1, &r2, &c1, &c2));
+        EXPECT_EQ(r1, 1);
+        EXPECT_EQ(r2, 4);
+        EXPECT_EQ(c1, 2);
+        EXPECT_EQ(c2, 3);
+        EXPECT_EQ(sheet->namedRangeSize(), 1);
+        ASSERT_TRUE(sheet->delNamedRange(S<T>("Area").c_str()));
+        EXPECT_EQ(sheet->namedRangeSize(), 0);
     }
 }
 
