@@ -25,6 +25,10 @@ namespace {
 const char* const kRowOrder = "rowLast must be greater than or equal to rowFirst";
 const char* const kColOrder = "colLast must be greater than or equal to colFirst";
 const char* const kNoMerge = "this cell isn't in merging block";
+const long long kLastRow = 1048575;
+const long long kLastCol = 16383;
+
+int clampTo(long long value, long long last) { return static_cast<int>(value > last ? last : value); }
 
 }  // namespace
 
@@ -95,18 +99,26 @@ bool XMLSheetImplT<T, Tag>::insertRow(int rowFirst, int rowLast) {
     if (sheet.isset_mergeCells()) {
         auto& merges = sheet.get_mergeCells();
         std::vector<std::wstring> below;
-        for (size_t i = 0; i < merges.size_mergeCell(); ++i) {
+        // A block pushed over the last row is cut there, and one pushed wholly past it goes.
+        for (size_t i = 0; i < merges.size_mergeCell();) {
             auto& merge = merges.get_mergeCell(i);
             int r1, c1, r2, c2;
             parseRef(merge.get_ref(), &r1, &c1, &r2, &c2);
             if (rowFirst <= r1) {
-                merge.set_ref(makeRef(r1 + static_cast<int>(n), c1, r2 + static_cast<int>(n), c2));
+                if (static_cast<long long>(r1) + n > kLastRow) {
+                    merges.delete_mergeCell(i);
+                    continue;
+                }
+                merge.set_ref(makeRef(r1 + static_cast<int>(n), c1, clampTo(r2 + static_cast<long long>(n), kLastRow), c2));
             } else if (rowFirst <= r2) {
-                below.push_back(makeRef(rowLast + 1, c1, r2 + static_cast<int>(n), c2));
+                if (static_cast<long long>(rowLast) + 1 <= kLastRow)
+                    below.push_back(makeRef(rowLast + 1, c1, clampTo(r2 + static_cast<long long>(n), kLastRow), c2));
                 merge.set_ref(makeRef(r1, c1, rowFirst - 1, c2));
             }
+            ++i;
         }
         for (const std::wstring& ref : below) merges.append_mergeCell().set_ref(ref);
+        if (merges.size_mergeCell() == 0) sheet.unset_mergeCells();
     }
     _dimDirty = true;
     ok();
@@ -191,18 +203,25 @@ bool XMLSheetImplT<T, Tag>::insertCol(int colFirst, int colLast) {
     if (sheet.isset_mergeCells()) {
         auto& merges = sheet.get_mergeCells();
         std::vector<std::wstring> right;
-        for (size_t i = 0; i < merges.size_mergeCell(); ++i) {
+        for (size_t i = 0; i < merges.size_mergeCell();) {
             auto& merge = merges.get_mergeCell(i);
             int r1, c1, r2, c2;
             parseRef(merge.get_ref(), &r1, &c1, &r2, &c2);
             if (colFirst <= c1) {
-                merge.set_ref(makeRef(r1, c1 + static_cast<int>(n), r2, c2 + static_cast<int>(n)));
+                if (static_cast<long long>(c1) + n > kLastCol) {
+                    merges.delete_mergeCell(i);
+                    continue;
+                }
+                merge.set_ref(makeRef(r1, c1 + static_cast<int>(n), r2, clampTo(c2 + static_cast<long long>(n), kLastCol)));
             } else if (colFirst <= c2) {
-                right.push_back(makeRef(r1, colLast + 1, r2, c2 + static_cast<int>(n)));
+                if (static_cast<long long>(colLast) + 1 <= kLastCol)
+                    right.push_back(makeRef(r1, colLast + 1, r2, clampTo(c2 + static_cast<long long>(n), kLastCol)));
                 merge.set_ref(makeRef(r1, c1, r2, colFirst - 1));
             }
+            ++i;
         }
         for (const std::wstring& ref : right) merges.append_mergeCell().set_ref(ref);
+        if (merges.size_mergeCell() == 0) sheet.unset_mergeCells();
     }
     const long long m = static_cast<long long>(colFirst) + 1;
     for (size_t i = 0; i < sheet.size_cols(); ++i) {

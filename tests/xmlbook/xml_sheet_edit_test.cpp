@@ -208,6 +208,27 @@ TYPED_TEST(XmlEdit, WholeSheetBandsCostWhatTheSheetHolds) {
     EXPECT_EQ(sheet->readNum(0, 0), 1);
 }
 
+// Found on a corpus package with whole-column merges: inserting rows pushed the block's end past
+// the last row, and writing its reference failed.
+TYPED_TEST(XmlEdit, MergesPushedOverTheLastRowOrColumnAreCut) {
+    using T = TypeParam;
+    BookPtr<T> book = newXmlBook<T>();
+    ISheetT<T>* sheet = book->addSheet(S<T>("S").c_str());
+    ASSERT_TRUE(sheet->setMerge(0, 1048575, 0, 0));
+    ASSERT_TRUE(sheet->setMerge(1048575, 1048575, 2, 3));
+    ASSERT_TRUE(sheet->setMerge(0, 0, 16380, 16383));
+    ASSERT_TRUE(sheet->insertRow(0, 1)) << book->errorMessage();
+    ASSERT_TRUE(sheet->insertCol(0, 0)) << book->errorMessage();
+    int r1, r2, c1, c2;
+    ASSERT_TRUE(sheet->getMerge(5, 1, &r1, &r2, &c1, &c2));
+    EXPECT_EQ(r1, 2);
+    EXPECT_EQ(r2, 1048575);
+    EXPECT_FALSE(sheet->getMerge(1048575, 3, &r1, &r2, &c1, &c2));  // pushed off the sheet
+    ASSERT_TRUE(sheet->getMerge(2, 16383, &r1, &r2, &c1, &c2));
+    EXPECT_EQ(c1, 16381);
+    EXPECT_EQ(c2, 16383);
+}
+
 TYPED_TEST(XmlEdit, EditedPackageReloads) {
     using T = TypeParam;
     BookPtr<T> book = newXmlBook<T>();
