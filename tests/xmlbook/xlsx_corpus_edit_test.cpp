@@ -3,6 +3,7 @@
 // sheet back; every part that is not a worksheet comes out of the save byte for byte as it did
 // without the edits.
 #include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <vector>
@@ -103,6 +104,53 @@ TEST(XlsxCorpusEdit, InsertAndRemoveKeepValuesAndOtherParts) {
     }
     EXPECT_GT(packages, 100);
     EXPECT_GT(sheets, packages);
+}
+
+// Packages tagged with pictures: every image part comes back from the book with the bytes of its
+// media file, and every picture anchored on a sheet names one of them.
+TEST(XlsxCorpusEdit, PicturesReadBackAsTheirMediaFiles) {
+    std::string corpus = std::string(ZELVAR_SHARED_DIR) + "/corpus";
+    std::ifstream manifest(corpus + "/MANIFEST.tsv");
+    if (!manifest) GTEST_SKIP() << "no corpus at " << corpus;
+    std::string line;
+    int books = 0, anchored = 0;
+    while (std::getline(manifest, line)) {
+        if (line.compare(0, 5, "xlsx/") != 0 || line.find("\tload-ok") == std::string::npos ||
+            line.find("picture") == std::string::npos)
+            continue;
+        std::string path = line.substr(0, line.find('\t'));
+        std::string bytes = readFile(corpus + "/" + path);
+        BookPtr<char> book = newXmlBook<char>();
+        if (!book->loadRaw(bytes.data(), static_cast<unsigned>(bytes.size()))) continue;
+        auto parts = entries(bytes.data(), static_cast<unsigned>(bytes.size()));
+        size_t media = 0;
+        for (const auto& part : parts)
+            if (part.first.compare(0, 9, "xl/media/") == 0 && part.first.back() != '/') ++media;  // not the folder entry
+        EXPECT_EQ(static_cast<size_t>(book->pictureSize()), media) << path;
+        for (int i = 0; i < book->pictureSize(); ++i) {
+            const char* data = nullptr;
+            unsigned size = 0;
+            book->getPicture(i, &data, &size);
+            bool found = false;
+            for (const auto& part : parts)
+                if (part.first.compare(0, 9, "xl/media/") == 0 && part.second.size() == size && std::memcmp(part.second.data(), data, size) == 0)
+                    found = true;
+            EXPECT_TRUE(found) << path << " picture " << i;
+        }
+        ++books;
+        for (int s = 0; s < book->sheetCount(); ++s) {
+            ISheetT<char>* sheet = book->getSheet(s);
+            if (!sheet || book->sheetType(s) != SheetTypeWorksheet) continue;
+            int count = sheet->pictureSize();
+            for (int k = 0; k < count; ++k) {
+                int id = sheet->getPicture(k);
+                EXPECT_GE(id, 0) << path << " sheet " << s << " picture " << k << ": " << book->errorMessage();
+                ++anchored;
+            }
+        }
+    }
+    EXPECT_GT(books, 0);
+    EXPECT_GT(anchored, 0);
 }
 
 }  // namespace
