@@ -1,14 +1,23 @@
 // A small sales table: a bold header, numbers with a custom format, dates with a date format and
-// booleans; then every cell is read back and printed.
+// booleans; then every cell is read back and printed. A path ending in .xlsx gives an XML
+// workbook, any other a binary one: the code is the same for both.
 #include <cstdio>
+#include <cstring>
 
 #include "zelvar.h"
 
 using namespace zelvar;
 
+// The factory of the family that the file name asks for.
+static IBookT<char>* createBook(const char* path) {
+    size_t n = std::strlen(path);
+    bool xml = n > 5 && std::strcmp(path + n - 5, ".xlsx") == 0;
+    return xml ? zvCreateXMLBookA() : zvCreateBookA();
+}
+
 int main(int argc, char** argv) {
     const char* path = argc > 1 ? argv[1] : "quickstart.xls";
-    IBookT<char>* book = zvCreateBookA();
+    IBookT<char>* book = createBook(path);
     if (!book) return 1;
     book->setLocale("UTF-8");
 
@@ -46,7 +55,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     book->release();
-    book = zvCreateBookA();
+    book = createBook(path);
     book->setLocale("UTF-8");
     if (!book->load(path)) {
         std::printf("load failed: %s\n", book->errorMessage());

@@ -2,7 +2,8 @@
  * zelvar: create, read and change spreadsheet workbooks without a spreadsheet application.
  *
  * The C++ interface. A book comes from a factory (zvCreateBookA / zvCreateBookW for the binary
- * .xls family), hands out sheets, formats and fonts, and is ended with release().
+ * .xls family, zvCreateXMLBookA / zvCreateXMLBookW for the XML .xlsx family), hands out sheets,
+ * formats and fonts, and is ended with release().
  *
  *     zelvar::IBookT<char>* book = zvCreateBookA();
  *     zelvar::ISheetT<char>* sheet = book->addSheet("Sales", nullptr);
@@ -1415,6 +1416,14 @@ ZELVAR_API zelvar::IBookT<char>* zvCreateBookCA(void);
  *     IBookW* wide = zvCreateBookCW();
  *     wide->release(); */
 ZELVAR_API zelvar::IBookT<wchar_t>* zvCreateBookCW(void);
+/* A new XML (.xlsx) book, transitional until a strict file is loaded; null if it could not be made.
+ *     zelvar::IBookT<char>* book = zvCreateXMLBookA();
+ *     ... book->release(); */
+ZELVAR_API zelvar::IBookT<char>* zvCreateXMLBookA(void);
+ZELVAR_API zelvar::IBookT<wchar_t>* zvCreateXMLBookW(void);
+/* As zvCreateXMLBookA / W, but an exception during construction passes through to the caller. */
+ZELVAR_API zelvar::IBookT<char>* zvCreateXMLBookCA(void);
+ZELVAR_API zelvar::IBookT<wchar_t>* zvCreateXMLBookCW(void);
 }
 
 #endif /* __cplusplus */

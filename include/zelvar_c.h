@@ -65,6 +65,12 @@ ZELVAR_API BookHandle zvCreateBookCA(void);
  *     BookHandle wide = zvCreateBookCW();
  *     zvBookReleaseW(wide); */
 ZELVAR_API BookHandle zvCreateBookCW(void);
+/* A new XML (.xlsx) book, or NULL if it could not be made. End it with zvBookReleaseA/W. */
+ZELVAR_API BookHandle zvCreateXMLBookA(void);
+ZELVAR_API BookHandle zvCreateXMLBookW(void);
+/* As above; a failure during construction is not caught here. */
+ZELVAR_API BookHandle zvCreateXMLBookCA(void);
+ZELVAR_API BookHandle zvCreateXMLBookCW(void);
 #endif
 
 /* ---- Book ---- */

@@ -95,6 +95,24 @@ def check_quickstart(path, scratch):
     expect(font_of(book, sheet, 0, 0).weight >= 700, "header font is bold")
 
 
+def check_quickstart_xlsx(path, scratch):
+    try:
+        import openpyxl
+    except ImportError:
+        print("python3-openpyxl is not installed (tools/install-deps.sh installs it): example not checked")
+        sys.exit(SKIP)
+    book = openpyxl.load_workbook(path)
+    sheet = book["Sales"]
+    rows = list(sheet.iter_rows(values_only=True))
+    equal(list(rows[0]), ["Region", "Date", "Amount", "Paid"], "header row")
+    equal(rows[2][0], "Süd", "text with an umlaut")
+    equal(sheet.cell(2, 2).value.date().isoformat(), "2026-01-15", "date")
+    equal(rows[3][2], 2210.0, "amount")
+    expect(isinstance(rows[1][3], bool), "boolean cell")
+    equal(sheet.cell(2, 3).number_format, '#,##0.00 "€"', "custom format")
+    expect(sheet.cell(1, 1).font.b, "header font is bold")
+
+
 def check_quickstart_c(path, scratch):
     book = xlrd.open_workbook(path)
     sheet = book.sheet_by_index(0)
@@ -241,7 +259,8 @@ def main(argv):
     os.makedirs(scratch_root, exist_ok=True)
     scratch = tempfile.mkdtemp(prefix="example-%s-" % name, dir=scratch_root)
     try:
-        out = os.path.join(scratch, name + ".xls")
+        # "<program>_xlsx" runs the same program with an .xlsx path: the XML family.
+        out = os.path.join(scratch, name[:-5] + ".xlsx") if name.endswith("_xlsx") else os.path.join(scratch, name + ".xls")
         args = [program, edit_input, out] if name == "edit_existing" else [program, out]
         run = subprocess.run(args, capture_output=True, text=True, timeout=240)
         sys.stdout.write(run.stdout)

@@ -1,0 +1,95 @@
+// Behaviour that the binary and the XML book share, run over both factories and both text
+// widths, so that the two families cannot drift apart unnoticed.
+#include "xml_test_util.h"
+
+using namespace zelvar;
+using namespace xmltest;
+
+namespace {
+
+template <class T, bool Xml>
+struct Family {
+    using Char = T;
+    static IBookT<T>* create();
+};
+template <>
+IBookT<char>* Family<char, false>::create() { return zvCreateBookA(); }
+template <>
+IBookT<wchar_t>* Family<wchar_t, false>::create() { return zvCreateBookW(); }
+template <>
+IBookT<char>* Family<char, true>::create() { return zvCreateXMLBookA(); }
+template <>
+IBookT<wchar_t>* Family<wchar_t, true>::create() { return zvCreateXMLBookW(); }
+
+template <class F>
+class BothFamilies : public ::testing::Test {
+protected:
+    using T = typename F::Char;
+    void SetUp() override { book.reset(F::create()); }
+    // Saves to memory and loads into a fresh book of the same family.
+    void reload() {
+        const char* data = nullptr;
+        unsigned size = 0;
+        ASSERT_TRUE(book->saveRaw(&data, &size)) << book->errorMessage();
+        BookPtr<T> fresh(F::create());
+        ASSERT_TRUE(fresh->loadRaw(data, size)) << fresh->errorMessage();
+        book = std::move(fresh);
+    }
+    BookPtr<T> book;
+};
+
+using Families = ::testing::Types<Family<char, false>, Family<wchar_t, false>, Family<char, true>, Family<wchar_t, true>>;
+TYPED_TEST_SUITE(BothFamilies, Families);
+
+TYPED_TEST(BothFamilies, CellsSurviveASaveAndALoad) {
+    using T = typename TypeParam::Char;
+    ISheetT<T>* sheet = this->book->addSheet(S<T>("Data").c_str());
+    ASSERT_NE(sheet, nullptr);
+    ASSERT_TRUE(sheet->writeStr(0, 0, S<T>("text").c_str()));
+    ASSERT_TRUE(sheet->writeNum(1, 0, -2.75));
+    ASSERT_TRUE(sheet->writeBool(2, 0, true));
+    ASSERT_TRUE(sheet->writeFormula(3, 0, S<T>("SUM(A2;4)").c_str()));
+    ASSERT_TRUE(sheet->writeBlank(4, 0, this->book->format(0)));
+    this->reload();
+    sheet = this->book->getSheet(0);
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_EQ(std::basic_string<T>(sheet->name()), S<T>("Data"));
+    EXPECT_EQ(std::basic_string<T>(sheet->readStr(0, 0)), S<T>("text"));
+    EXPECT_EQ(sheet->readNum(1, 0), -2.75);
+    EXPECT_TRUE(sheet->readBool(2, 0));
+    EXPECT_TRUE(sheet->isFormula(3, 0));
+    EXPECT_EQ(std::basic_string<T>(sheet->readFormula(3, 0)), S<T>("SUM(A2;4)"));
+    EXPECT_EQ(sheet->cellType(0, 0), CellString);
+    EXPECT_EQ(sheet->cellType(1, 0), CellNumber);
+    EXPECT_EQ(sheet->cellType(2, 0), CellBoolean);
+    EXPECT_EQ(sheet->cellType(4, 0), CellBlank);
+    EXPECT_EQ(sheet->cellType(9, 9), CellEmpty);
+}
+
+TYPED_TEST(BothFamilies, SheetListMessages) {
+    using T = typename TypeParam::Char;
+    ASSERT_NE(this->book->addSheet(S<T>("One").c_str()), nullptr);
+    EXPECT_EQ(this->book->addSheet(S<T>("ONE").c_str()), nullptr);
+    EXPECT_STREQ(this->book->errorMessage(), "book already contains such sheet name");
+    EXPECT_FALSE(this->book->delSheet(0));
+    EXPECT_STREQ(this->book->errorMessage(), "can't remove the last sheet in workbook");
+    ASSERT_NE(this->book->insertSheet(0, S<T>("Zero").c_str()), nullptr);
+    EXPECT_EQ(this->book->sheetCount(), 2);
+    EXPECT_EQ(std::basic_string<T>(this->book->getSheet(1)->name()), S<T>("One"));
+    EXPECT_TRUE(this->book->delSheet(0));
+    EXPECT_EQ(std::basic_string<T>(this->book->getSheet(0)->name()), S<T>("One"));
+}
+
+TYPED_TEST(BothFamilies, DatesAndColours) {
+    double value = this->book->datePack(2021, 7, 15, 6, 30, 15, 250);
+    int y, m, d, h, mi, s, ms;
+    ASSERT_TRUE(this->book->dateUnpack(value, &y, &m, &d, &h, &mi, &s, &ms));
+    EXPECT_EQ(y * 10000 + m * 100 + d, 20210715);
+    EXPECT_EQ(h * 10000 + mi * 100 + s, 63015);
+    EXPECT_EQ(ms, 250);
+    int r, g, b;
+    this->book->colorUnpack(this->book->colorPack(1, 2, 3), &r, &g, &b);
+    EXPECT_EQ(r * 10000 + g * 100 + b, 10203);
+}
+
+}  // namespace

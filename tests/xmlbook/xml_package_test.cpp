@@ -1,0 +1,99 @@
+// The pieces of the package: relationship ids, content type look-up, sheet path numbers, and the
+// text helpers of the XML family.
+#include <gtest/gtest.h>
+
+#include "xmlbook/xml_book.h"
+#include "xmlbook/xml_package.h"
+#include "xmlbook/xml_util.h"
+
+using namespace zelvar;
+
+namespace {
+
+TEST(XmlRelationships, IdsTargetsAndTypes) {
+    Relationships rels;
+    const std::wstring type = L"urn:t";
+    EXPECT_EQ(rels.addRelation(type, L"a.xml"), L"rId1");
+    EXPECT_EQ(rels.addRelation(type, L"b.xml"), L"rId2");
+    // Ids that are no plain number behind three characters count for nothing.
+    rels.tree.append_Relationship().set_Id(L"rId7x");
+    rels.tree.append_Relationship().set_Id(L"ab");
+    rels.tree.append_Relationship().set_Id(L"rId9");
+    EXPECT_EQ(rels.makeId(), L"rId10");
+    EXPECT_EQ(rels.target(L"rId2"), L"b.xml");
+    EXPECT_EQ(rels.target(L"rId5"), L"");
+    EXPECT_EQ(rels.firstTargetByType(type), L"a.xml");
+    EXPECT_EQ(rels.nextTarget(), L"b.xml");
+    EXPECT_EQ(rels.nextTarget(), L"");
+    rels.delRelationByTarget(L"A.xml");  // case matters
+    EXPECT_EQ(rels.target(L"rId1"), L"a.xml");
+    rels.delRelation(L"rId1");
+    EXPECT_EQ(rels.target(L"rId1"), L"");
+    EXPECT_EQ(rels.firstTargetByType(type), L"b.xml");
+}
+
+TEST(XmlContentTypes, OverridesBeforeDefaultsAndCaseBlindNames) {
+    // Content types must have the form the schema gives them (type/subtype).
+    ContentTypes types;
+    types.addDefault(L"xml", L"application/xml");
+    types.addOverride(L"/xl/workbook.xml", L"application/vnd.test.main+xml");
+    EXPECT_EQ(types.contentType(L"/XL/Workbook.XML"), L"application/vnd.test.main+xml");
+    EXPECT_EQ(types.contentType(L"xl\\other.xml"), L"application/xml");
+    EXPECT_EQ(types.contentType(L"/xl/picture.png"), L"");
+    types.addOverride(L"/xl/workbook.xml", L"application/vnd.test.changed+xml");
+    EXPECT_EQ(types.contentType(L"/xl/workbook.xml"), L"application/vnd.test.changed+xml");
+    types.delOverride(L"/XL/workbook.xml");  // exact name only
+    EXPECT_EQ(types.contentType(L"/xl/workbook.xml"), L"application/vnd.test.changed+xml");
+    types.delOverride(L"/xl/workbook.xml");
+    EXPECT_EQ(types.contentType(L"/xl/workbook.xml"), L"application/xml");
+}
+
+TEST(XmlPaths, SheetNumbersAndPathPieces) {
+    struct {
+        const wchar_t* name;
+        int before, after;
+    } cases[] = {
+        {L"worksheets/sheet12.xml", 1, 13}, {L"worksheets/sheet12.xml", 20, 20}, {L"worksheets/chart.xml", 3, 3},
+        {L"sheet7", 1, 1} /* the last four characters go unread */, {L"s.x", 1, 1}, {L"sheet9.bin", 1, 10},
+    };
+    for (const auto& c : cases) {
+        int suffix = c.before;
+        XMLBookImplT<char, excelNormal_tag>::calcNumSuffix(c.name, suffix);
+        EXPECT_EQ(suffix, c.after) << std::string(c.name, c.name + wcslen(c.name));
+    }
+    EXPECT_EQ(FileUtil::getExtension(L"/xl/media/image1.PNG"), L"PNG");
+    EXPECT_EQ(FileUtil::getExtension(L"/xl/name."), L"");
+    EXPECT_EQ(FileUtil::normalize(L"xl\\a.xml"), L"/xl/a.xml");
+    EXPECT_EQ(FileUtil::getDir(L"/book/main.xml"), L"/book");
+    EXPECT_LT(sicmp2(L"/[Content_Types].xml", L"/_rels/.rels"), 0);
+    EXPECT_LT(sicmp2(L"/_rels/.rels", L"/xl/a.xml"), 0);
+    EXPECT_EQ(sicmp2(L"/XL/A.xml", L"/xl/a.XML"), 0);
+}
+
+TEST(XmlText, EscapesSeparatorsAndQuotes) {
+    struct {
+        const wchar_t *in, *escaped;
+    } esc[] = {{L"plain", L"plain"}, {L"a\x01", L"a_x0001_"}, {L"\x1f", L"_x0031_"}, {L"\xfffe", L"_x65534_"}};
+    for (const auto& c : esc) {
+        std::wstring text = c.in;
+        StrUtil::xmlEsc(text);
+        EXPECT_EQ(text, c.escaped);
+    }
+    struct {
+        const wchar_t *in, *out;
+    } unesc[] = {{L"_x0013_", L"\x0d"}, {L"_x000D_", L"_x000D_"}, {L"a_x0065_b", L"aAb"}, {L"_x001_", L"_x001_"}};
+    for (const auto& c : unesc) {
+        std::wstring text = c.in;
+        StrUtil::xmlUnEsc(text);
+        EXPECT_EQ(text, c.out);
+    }
+    std::wstring formula = L"IF(A1=\"x;y\";'a;b'!B2;\"it's\";C3)";
+    StrUtil::swapSeparators(formula, L';', L',');
+    EXPECT_EQ(formula, L"IF(A1=\"x;y\",'a;b'!B2,\"it's\",C3)");
+    EXPECT_EQ(StrUtil::unquote(L"'it''s'"), L"it's");
+    EXPECT_EQ(StrUtil::quote(L"it's"), L"'it''s'");
+    EXPECT_EQ(shiftFormula(L"SUM(A1:B2)+$C$3+C$4+\"A1\"+LOG10(D5)", 2, 1), L"SUM(B3:C4)+$C$3+D$4+\"A1\"+LOG10(E7)");
+    EXPECT_EQ(Converter::doubleToString(0.1), L"0.10000000000000001");
+}
+
+}  // namespace

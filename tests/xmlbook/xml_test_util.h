@@ -1,0 +1,83 @@
+// Helpers of the XML book tests: books of both text widths, package bytes, and entries of a
+// package read back with the library's own archive reader.
+#pragma once
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "zelvar.h"
+#include "zip/zip_reader.h"
+#include "zip/zip_writer.h"
+
+namespace xmltest {
+
+template <class T>
+std::basic_string<T> S(const char* text) {
+    return std::basic_string<T>(text, text + std::char_traits<char>::length(text));
+}
+
+template <class T>
+zelvar::IBookT<T>* createXmlBook();
+template <>
+inline zelvar::IBookT<char>* createXmlBook<char>() { return zvCreateXMLBookA(); }
+template <>
+inline zelvar::IBookT<wchar_t>* createXmlBook<wchar_t>() { return zvCreateXMLBookW(); }
+
+template <class T>
+struct BookDeleter {
+    void operator()(zelvar::IBookT<T>* book) const {
+        if (book) book->release();
+    }
+};
+template <class T>
+using BookPtr = std::unique_ptr<zelvar::IBookT<T>, BookDeleter<T>>;
+
+template <class T>
+BookPtr<T> newXmlBook() {
+    return BookPtr<T>(createXmlBook<T>());
+}
+
+// The package's entries, name (without the leading "/") to bytes.
+inline std::map<std::string, std::string> entries(const char* data, unsigned size) {
+    std::map<std::string, std::string> out;
+    zelvar::ZipReader reader(data, size);
+    for (unsigned i = 0; i < reader.size(); ++i) {
+        const char* bytes = nullptr;
+        unsigned length = 0;
+        reader.data(i, &bytes, &length);
+        std::wstring name = reader.name(i);
+        out[std::string(name.begin() + 1, name.end())] = std::string(bytes, length);
+        std::free(const_cast<char*>(bytes));
+    }
+    return out;
+}
+
+template <class T>
+std::map<std::string, std::string> savedEntries(zelvar::IBookT<T>* book) {
+    const char* data = nullptr;
+    unsigned size = 0;
+    EXPECT_TRUE(book->saveRaw(&data, &size)) << book->errorMessage();
+    return entries(data, size);
+}
+
+// A package of the given entries, names without the leading "/".
+inline std::string makePackage(const std::map<std::string, std::string>& parts) {
+    zelvar::ZipWriter writer;
+    for (const auto& part : parts)
+        writer.add(L"/" + std::wstring(part.first.begin(), part.first.end()), part.second.data(),
+                   static_cast<unsigned>(part.second.size()));
+    writer.close();
+    const char* data = nullptr;
+    unsigned size = 0;
+    writer.getRaw(&data, &size);
+    std::string bytes(data, size);
+    std::free(const_cast<char*>(data));
+    return bytes;
+}
+
+inline std::string tmpPath(const std::string& name) { return std::string(ZELVAR_TEST_TMP) + "/" + name; }
+
+}  // namespace xmltest
