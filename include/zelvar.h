@@ -1416,13 +1416,27 @@ ZELVAR_API zelvar::IBookT<char>* zvCreateBookCA(void);
  *     IBookW* wide = zvCreateBookCW();
  *     wide->release(); */
 ZELVAR_API zelvar::IBookT<wchar_t>* zvCreateBookCW(void);
-/* A new XML (.xlsx) book, transitional until a strict file is loaded; null if it could not be made.
- *     zelvar::IBookT<char>* book = zvCreateXMLBookA();
- *     ... book->release(); */
+/* A new XML (.xlsx) book with the parts of a new package and the default stylesheet, to be
+ * ended with release(). It is transitional until a strict file is loaded; load tries the other
+ * dialect when the first fails. Null if it could not be made.
+ * Fails with: none (there is no book to hold a message).
+ *     IBookA* book = zvCreateXMLBookA();
+ *     if (book) book->release(); */
 ZELVAR_API zelvar::IBookT<char>* zvCreateXMLBookA(void);
+/* As zvCreateXMLBookA, with wide (wchar_t) text.
+ * Fails with: none.
+ *     IBookW* wide = zvCreateXMLBookW();
+ *     if (wide) wide->release(); */
 ZELVAR_API zelvar::IBookT<wchar_t>* zvCreateXMLBookW(void);
-/* As zvCreateXMLBookA / W, but an exception during construction passes through to the caller. */
+/* As zvCreateXMLBookA, but an exception during construction passes through to the caller.
+ * Fails with: none.
+ *     IBookA* book = zvCreateXMLBookCA();
+ *     book->release(); */
 ZELVAR_API zelvar::IBookT<char>* zvCreateXMLBookCA(void);
+/* As zvCreateXMLBookW, but an exception during construction passes through to the caller.
+ * Fails with: none.
+ *     IBookW* wide = zvCreateXMLBookCW();
+ *     wide->release(); */
 ZELVAR_API zelvar::IBookT<wchar_t>* zvCreateXMLBookCW(void);
 }
 

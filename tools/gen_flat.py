@@ -378,11 +378,27 @@ ZELVAR_API BookHandle zvCreateBookCA(void);
  *     BookHandle wide = zvCreateBookCW();
  *     zvBookReleaseW(wide); */
 ZELVAR_API BookHandle zvCreateBookCW(void);
-/* A new XML (.xlsx) book, or NULL if it could not be made. End it with zvBookReleaseA/W. */
+/* A new XML (.xlsx) book with 8-bit text, with the parts of a new package and the default
+ * stylesheet, or NULL if it could not be made; end it with zvBookReleaseA. It is transitional
+ * until a strict file is loaded; zvBookLoadA tries the other dialect when the first fails.
+ * Fails with: none (there is no book to hold a message).
+ *     BookHandle book = zvCreateXMLBookA();
+ *     if (book) zvBookReleaseA(book); */
 ZELVAR_API BookHandle zvCreateXMLBookA(void);
+/* As zvCreateXMLBookA, with wide (wchar_t) text; use the W functions with it.
+ * Fails with: none.
+ *     BookHandle wide = zvCreateXMLBookW();
+ *     if (wide) zvBookReleaseW(wide); */
 ZELVAR_API BookHandle zvCreateXMLBookW(void);
-/* As above; a failure during construction is not caught here. */
+/* As zvCreateXMLBookA, but a failure during construction is not caught here.
+ * Fails with: none.
+ *     BookHandle book = zvCreateXMLBookCA();
+ *     zvBookReleaseA(book); */
 ZELVAR_API BookHandle zvCreateXMLBookCA(void);
+/* As zvCreateXMLBookW, but a failure during construction is not caught here.
+ * Fails with: none.
+ *     BookHandle wide = zvCreateXMLBookCW();
+ *     zvBookReleaseW(wide); */
 ZELVAR_API BookHandle zvCreateXMLBookCW(void);
 #endif
 @DECLS@
