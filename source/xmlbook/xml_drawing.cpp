@@ -12,6 +12,7 @@
 #include <iterator>
 
 #include "xmlbook/xml_book.h"
+#include "xmlbook/xml_guard.h"
 
 namespace zelvar {
 
@@ -295,41 +296,22 @@ int XMLBookImplT<T, Tag>::addPicture2(const char* data, unsigned size) {
 
 // ---------------------------------------------------------------- sheet
 
-#define XD_BEGIN try {
-#define XD_END(failValue)                     \
-    }                                         \
-    catch (const std::exception& failure) {   \
-        fail(failure.what());                 \
-        return failValue;                     \
-    }                                         \
-    catch (...) {                             \
-        fail("general failure");              \
-        return failValue;                     \
-    }
-#define XD_END_VOID                           \
-    }                                         \
-    catch (const std::exception& failure) {   \
-        fail(failure.what());                 \
-    }                                         \
-    catch (...) {                             \
-        fail("general failure");              \
-    }
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setPicture(int row, int col, int pictureId, double scale, int offsetX, int offsetY) {
-    XD_BEGIN
+    XS_BEGIN
     const auto& pictures = _book->pictures();
     if (pictureId < 0 || static_cast<size_t>(pictureId) >= pictures.size()) throw zverror("pictureId is out of range");
     const PicInfo& info = pictures[static_cast<size_t>(pictureId)];
     int width = 0, height = 0;
     pictureDimensions(info.data, info.extension, &width, &height);
     setPicture2(row, col, pictureId, static_cast<int>(width * scale), static_cast<int>(height * scale), offsetX, offsetY);
-    XD_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setPicture2(int row, int col, int pictureId, int width, int height, int offsetX, int offsetY) {
-    XD_BEGIN
+    XS_BEGIN
     const auto& pictures = _book->pictures();
     if (pictureId < 0 || static_cast<size_t>(pictureId) >= pictures.size()) throw zverror("pictureId is out of range");
     if (static_cast<unsigned>(row) >= 1048576u) throw zverror("row must be in range 0-1048575");
@@ -409,12 +391,12 @@ void XMLSheetImplT<T, Tag>::setPicture2(int row, int col, int pictureId, int wid
         fail("warning: offset_x exceed cell's width");
     else
         ok();
-    XD_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
 int XMLSheetImplT<T, Tag>::pictureSize() const {
-    XD_BEGIN
+    XS_BEGIN
     if (!this->tree.isset_drawing()) {
         ok();
         return 0;
@@ -426,13 +408,13 @@ int XMLSheetImplT<T, Tag>::pictureSize() const {
     if (!drawing) throw zverror("can't find drawing object");
     ok();
     return drawing->pictureSize();
-    XD_END(-1)
+    XS_END(-1)
 }
 
 template <class T, class Tag>
 int XMLSheetImplT<T, Tag>::getPicture(int index, int* rowTop, int* colLeft, int* rowBottom, int* colRight, int* width,
                                       int* height, int* offsetX, int* offsetY) const {
-    XD_BEGIN
+    XS_BEGIN
     if (!this->tree.isset_drawing()) return -1;
     Relationships* sheetRels = _book->relationshipsFor(this, false);
     Drawing<Tag>* drawing = sheetRels ? _book->drawingAt(resolveTarget(sheetRels->target(this->tree.get_drawing()->get_id()),
@@ -499,7 +481,7 @@ int XMLSheetImplT<T, Tag>::getPicture(int index, int* rowTop, int* colLeft, int*
     if (result < 0) throw zverror("picture not found");
     ok();
     return result;
-    XD_END(-1)
+    XS_END(-1)
 }
 
 template class XMLSheetImplT<char, excelNormal_tag>;

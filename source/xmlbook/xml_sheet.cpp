@@ -5,6 +5,7 @@
 #include "formula/xml_formula.h"
 #include "frame/excel_util.h"
 #include "xmlbook/xml_book.h"
+#include "xmlbook/xml_guard.h"
 
 namespace zelvar {
 
@@ -36,25 +37,6 @@ bool vEquals(const lmx::c_cell_base* cell, const char* text) {
 
 }  // namespace
 
-#define XS_BEGIN try {
-#define XS_END(failValue)                     \
-    }                                         \
-    catch (const std::exception& failure) {   \
-        fail(failure.what());                 \
-        return failValue;                     \
-    }                                         \
-    catch (...) {                             \
-        fail("general failure");              \
-        return failValue;                     \
-    }
-#define XS_END_VOID                           \
-    }                                         \
-    catch (const std::exception& failure) {   \
-        fail(failure.what());                 \
-    }                                         \
-    catch (...) {                             \
-        fail("general failure");              \
-    }
 
 template <class T, class Tag>
 XMLSheetImplT<T, Tag>::XMLSheetImplT(const XMLSheetImplT& other)

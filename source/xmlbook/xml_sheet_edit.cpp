@@ -5,20 +5,10 @@
 
 #include "frame/excel_util.h"
 #include "xmlbook/xml_book.h"
+#include "xmlbook/xml_guard.h"
 
 namespace zelvar {
 
-#define XE_BEGIN try {
-#define XE_END(failValue)                     \
-    }                                         \
-    catch (const std::exception& failure) {   \
-        fail(failure.what());                 \
-        return failValue;                     \
-    }                                         \
-    catch (...) {                             \
-        fail("general failure");              \
-        return failValue;                     \
-    }
 
 namespace {
 
@@ -81,7 +71,7 @@ bool XMLSheetImplT<T, Tag>::subtractRange(int first, int last, int delFirst, int
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::insertRow(int rowFirst, int rowLast) {
-    XE_BEGIN
+    XS_BEGIN
     if (rowLast < rowFirst) throw zverror(kRowOrder);
     const unsigned n = static_cast<unsigned>(rowLast - rowFirst + 1);
     auto& sheet = this->tree;
@@ -123,12 +113,12 @@ bool XMLSheetImplT<T, Tag>::insertRow(int rowFirst, int rowLast) {
     _dimDirty = true;
     ok();
     return true;
-    XE_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::removeRow(int rowFirst, int rowLast) {
-    XE_BEGIN
+    XS_BEGIN
     if (rowLast < rowFirst) throw zverror(kRowOrder);
     const long long n = static_cast<long long>(rowLast) - rowFirst + 1;
     auto& sheet = this->tree;
@@ -179,12 +169,12 @@ bool XMLSheetImplT<T, Tag>::removeRow(int rowFirst, int rowLast) {
     _dimDirty = true;
     ok();
     return true;
-    XE_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::insertCol(int colFirst, int colLast) {
-    XE_BEGIN
+    XS_BEGIN
     if (colLast < colFirst) throw zverror(kColOrder);
     const unsigned n = static_cast<unsigned>(colLast - colFirst + 1);
     auto& sheet = this->tree;
@@ -245,12 +235,12 @@ bool XMLSheetImplT<T, Tag>::insertCol(int colFirst, int colLast) {
     _dimDirty = true;
     ok();
     return true;
-    XE_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::removeCol(int colFirst, int colLast) {
-    XE_BEGIN
+    XS_BEGIN
     if (colLast < colFirst) throw zverror(kColOrder);
     const unsigned n = static_cast<unsigned>(colLast - colFirst + 1);
     auto& sheet = this->tree;
@@ -310,12 +300,12 @@ bool XMLSheetImplT<T, Tag>::removeCol(int colFirst, int colLast) {
     _dimDirty = true;
     ok();
     return true;
-    XE_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::clear(int rowFirst, int rowLast, int colFirst, int colLast) {
-    XE_BEGIN
+    XS_BEGIN
     if (rowLast < rowFirst) throw zverror(kRowOrder);
     if (colLast < colFirst) throw zverror(kColOrder);
     auto& sheet = this->tree;
@@ -363,14 +353,14 @@ bool XMLSheetImplT<T, Tag>::clear(int rowFirst, int rowLast, int colFirst, int c
     _dimDirty = true;
     ok();
     return true;
-    XE_END(false)
+    XS_END(false)
 }
 
 // ---------------------------------------------------------------- merged blocks
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setMerge(int rowFirst, int rowLast, int colFirst, int colLast) {
-    XE_BEGIN
+    XS_BEGIN
     if (static_cast<unsigned>(colFirst) >= 16384u || static_cast<unsigned>(colLast) >= 16384u)
         throw zverror("col must be less than 16384");
     if (rowLast < rowFirst) throw zverror(kRowOrder);
@@ -406,12 +396,12 @@ bool XMLSheetImplT<T, Tag>::setMerge(int rowFirst, int rowLast, int colFirst, in
     _dim.update(rowLast, colLast);
     ok();
     return true;
-    XE_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::getMerge(int row, int col, int* rowFirst, int* rowLast, int* colFirst, int* colLast) {
-    XE_BEGIN
+    XS_BEGIN
     const auto* merges = static_cast<const typename X::Worksheet&>(this->tree).get_mergeCells();
     for (size_t i = 0; merges && i < merges->size_mergeCell(); ++i) {
         int r1, c1, r2, c2;
@@ -426,12 +416,12 @@ bool XMLSheetImplT<T, Tag>::getMerge(int row, int col, int* rowFirst, int* rowLa
         }
     }
     throw zverror(kNoMerge);
-    XE_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::delMerge(int row, int col) {
-    XE_BEGIN
+    XS_BEGIN
     auto& sheet = this->tree;
     if (sheet.isset_mergeCells()) {
         auto& merges = sheet.get_mergeCells();
@@ -448,7 +438,7 @@ bool XMLSheetImplT<T, Tag>::delMerge(int row, int col) {
         }
     }
     throw zverror(kNoMerge);
-    XE_END(false)
+    XS_END(false)
 }
 
 template class XMLSheetImplT<char, excelNormal_tag>;

@@ -4,28 +4,10 @@
 
 #include "frame/excel_util.h"
 #include "xmlbook/xml_book.h"
+#include "xmlbook/xml_guard.h"
 
 namespace zelvar {
 
-#define XN_BEGIN try {
-#define XN_END(failValue)                     \
-    }                                         \
-    catch (const std::exception& failure) {   \
-        fail(failure.what());                 \
-        return failValue;                     \
-    }                                         \
-    catch (...) {                             \
-        fail("general failure");              \
-        return failValue;                     \
-    }
-#define XN_END_VOID                           \
-    }                                         \
-    catch (const std::exception& failure) {   \
-        fail(failure.what());                 \
-    }                                         \
-    catch (...) {                             \
-        fail("general failure");              \
-    }
 
 namespace {
 
@@ -57,7 +39,7 @@ bool readArea(const std::wstring& right, int* r1, int* r2, int* c1, int* c2, boo
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setNamedRange(const T* name, int rowFirst, int rowLast, int colFirst, int colLast) {
-    XN_BEGIN
+    XS_BEGIN
     if (!name) throw zverror("name is null");
     std::wstring wide;
     toWide(name, utf8(), wide);
@@ -79,12 +61,12 @@ bool XMLSheetImplT<T, Tag>::setNamedRange(const T* name, int rowFirst, int rowLa
     entry->set_value(text);
     ok();
     return true;
-    XN_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::getNamedRange(const T* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast) {
-    XN_BEGIN
+    XS_BEGIN
     if (!name) throw zverror("name is null");
     std::wstring wide;
     toWide(name, utf8(), wide);
@@ -107,12 +89,12 @@ bool XMLSheetImplT<T, Tag>::getNamedRange(const T* name, int* rowFirst, int* row
         }
     }
     throw zverror("named range is not found");
-    XN_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 int XMLSheetImplT<T, Tag>::namedRangeSize() const {
-    XN_BEGIN
+    XS_BEGIN
     const std::wstring sheetName = sheetEntry()->get_name();
     const auto* names = static_cast<const typename X::Workbook&>(_book->xml()).get_definedNames();
     int count = 0;
@@ -122,12 +104,12 @@ int XMLSheetImplT<T, Tag>::namedRangeSize() const {
     }
     ok();
     return count;
-    XN_END(0)
+    XS_END(0)
 }
 
 template <class T, class Tag>
 const T* XMLSheetImplT<T, Tag>::namedRange(int index, int* rowFirst, int* rowLast, int* colFirst, int* colLast) {
-    XN_BEGIN
+    XS_BEGIN
     const std::wstring sheetName = sheetEntry()->get_name();
     auto& book = _book->xml();
     if (book.isset_definedNames() && index >= 0) {
@@ -147,45 +129,45 @@ const T* XMLSheetImplT<T, Tag>::namedRange(int index, int* rowFirst, int* rowLas
         }
     }
     throw zverror("index is out of range");
-    XN_END(nullptr)
+    XS_END(nullptr)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::delNamedRange(const T* name) {
-    XN_BEGIN
+    XS_BEGIN
     if (!name) throw zverror("name is null");
     std::wstring wide;
     toWide(name, utf8(), wide);
     if (!_book->clearDefinedName(_index, wide)) throw zverror("named range not found");
     ok();
     return true;
-    XN_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setPrintArea(int rowFirst, int rowLast, int colFirst, int colLast) {
-    XN_BEGIN
+    XS_BEGIN
     std::basic_string<T> name(kPrintArea, kPrintArea + std::wcslen(kPrintArea));
     setNamedRange(name.c_str(), rowFirst, rowLast, colFirst, colLast);
-    XN_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::clearPrintArea() {
-    XN_BEGIN
+    XS_BEGIN
     if (_index < 0 || _index >= _book->sheetCount()) throw zverror("index is out of range");
     _book->clearDefinedName(_index, kPrintArea);
     ok();
-    XN_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::clearPrintRepeats() {
-    XN_BEGIN
+    XS_BEGIN
     if (_index < 0 || _index >= _book->sheetCount()) throw zverror("index is out of range");
     _book->clearDefinedName(_index, kPrintTitles);
     ok();
-    XN_END_VOID
+    XS_END_VOID
 }
 
 namespace {
@@ -210,18 +192,18 @@ void splitTitles(const std::wstring& text, std::wstring& rows, std::wstring& col
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setPrintRepeatRows(int rowFirst, int rowLast) {
-    XN_BEGIN
+    XS_BEGIN
     if (_index < 0 || _index >= _book->sheetCount()) throw zverror("index is out of range");
     std::wstring text = StrUtil::quote(sheetEntry()->get_name()) + L"!$" + std::to_wstring(rowFirst + 1) + L":$" +
                         std::to_wstring(rowLast + 1);
     setRepeat(0, text);
     ok();
-    XN_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setPrintRepeatCols(int colFirst, int colLast) {
-    XN_BEGIN
+    XS_BEGIN
     if (_index < 0 || _index >= _book->sheetCount()) throw zverror("index is out of range");
     if (static_cast<unsigned>(colFirst) >= 16384u || static_cast<unsigned>(colLast) >= 16384u)
         throw zverror("col must be less than 16384");
@@ -231,7 +213,7 @@ void XMLSheetImplT<T, Tag>::setPrintRepeatCols(int colFirst, int colLast) {
     ExcelUtil::appendColLetters(text, colLast);
     setRepeat(1, text);
     ok();
-    XN_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>

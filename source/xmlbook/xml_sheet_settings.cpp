@@ -8,28 +8,10 @@
 
 #include "frame/excel_util.h"
 #include "xmlbook/xml_book.h"
+#include "xmlbook/xml_guard.h"
 
 namespace zelvar {
 
-#define XT_BEGIN try {
-#define XT_END(failValue)                     \
-    }                                         \
-    catch (const std::exception& failure) {   \
-        fail(failure.what());                 \
-        return failValue;                     \
-    }                                         \
-    catch (...) {                             \
-        fail("general failure");              \
-        return failValue;                     \
-    }
-#define XT_END_VOID                           \
-    }                                         \
-    catch (const std::exception& failure) {   \
-        fail(failure.what());                 \
-    }                                         \
-    catch (...) {                             \
-        fail("general failure");              \
-    }
 
 namespace {
 
@@ -217,17 +199,17 @@ int XMLSheetImplT<T, Tag>::rowHeightPx(unsigned short row) const {
 
 template <class T, class Tag>
 double XMLSheetImplT<T, Tag>::colWidth(int col) const {
-    XT_BEGIN
+    XS_BEGIN
     if (static_cast<unsigned>(col) >= 16384u) throw zverror("col must be less than 16384");
     double width = pxToNumOfChars(colWidthPx(static_cast<unsigned short>(col)), maxDigitWidth());
     ok();
     return width;
-    XT_END(-1.0)
+    XS_END(-1.0)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setCol(int colFirst, int colLast, double width, IFormatT<T>* format, bool hidden) {
-    XT_BEGIN
+    XS_BEGIN
     if (static_cast<unsigned>(colFirst) >= 16384u || static_cast<unsigned>(colLast) >= 16384u)
         throw zverror("col must be less than 16384");
     if (colFirst > colLast) throw zverror("colLast must be greater than or equal to colFirst");
@@ -245,12 +227,12 @@ bool XMLSheetImplT<T, Tag>::setCol(int colFirst, int colLast, double width, IFor
     }
     ok();
     return true;
-    XT_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::colHidden(int col) const {
-    XT_BEGIN
+    XS_BEGIN
     const auto& sheet = static_cast<const typename X::Worksheet&>(this->tree);
     for (size_t i = 0; i < sheet.size_cols(); ++i) {
         const auto& cols = sheet.get_cols(i);
@@ -262,22 +244,22 @@ bool XMLSheetImplT<T, Tag>::colHidden(int col) const {
     }
     ok();
     return false;
-    XT_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setColHidden(int col, bool hidden) {
-    XT_BEGIN
+    XS_BEGIN
     double width = colWidth(col);
     return setCol(col, col, width, nullptr, hidden);
-    XT_END(false)
+    XS_END(false)
 }
 
 // ---------------------------------------------------------------- rows
 
 template <class T, class Tag>
 double XMLSheetImplT<T, Tag>::rowHeight(int row) const {
-    XT_BEGIN
+    XS_BEGIN
     const Row* found = findRow(row);
     double height = 15.0;
     if (found && found->isset_ht())
@@ -286,12 +268,12 @@ double XMLSheetImplT<T, Tag>::rowHeight(int row) const {
         height = format->get_defaultRowHeight();
     ok();
     return height;
-    XT_END(-1.0)
+    XS_END(-1.0)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setRow(int row, double height, IFormatT<T>* format, bool hidden) {
-    XT_BEGIN
+    XS_BEGIN
     if (static_cast<unsigned>(row) >= 1048576u) throw zverror("row must be in range 0-1048575");
     unsigned style = format ? _book->getStyleID(format) : 0;
     Row* rowObject = overwriteRow(static_cast<unsigned>(row));
@@ -310,21 +292,21 @@ bool XMLSheetImplT<T, Tag>::setRow(int row, double height, IFormatT<T>* format, 
     _dim.updateRow(row);
     ok();
     return true;
-    XT_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::rowHidden(int row) const {
-    XT_BEGIN
+    XS_BEGIN
     const Row* found = findRow(row);
     ok();
     return found && found->get_hidden();
-    XT_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setRowHidden(int row, bool hidden) {
-    XT_BEGIN
+    XS_BEGIN
     if (static_cast<unsigned>(row) >= 1048576u) throw zverror("row must be in range 0-1048575");
     Row* rowObject = overwriteRow(static_cast<unsigned>(row));
     if (rowObject->get_hidden() != hidden) {
@@ -335,14 +317,14 @@ bool XMLSheetImplT<T, Tag>::setRowHidden(int row, bool hidden) {
     }
     ok();
     return true;
-    XT_END(false)
+    XS_END(false)
 }
 
 // ---------------------------------------------------------------- outline groups
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::groupRows(int rowFirst, int rowLast, bool collapsed) {
-    XT_BEGIN
+    XS_BEGIN
     if (rowFirst > rowLast) throw zverror("must be rowFirst <= rowLast");
     if (rowLast >= 1048575) throw zverror("row must be in range 0-1048575");
     int previous = -1;
@@ -358,12 +340,12 @@ bool XMLSheetImplT<T, Tag>::groupRows(int rowFirst, int rowLast, bool collapsed)
     if (collapsed) overwriteRow(static_cast<unsigned>(rowLast + 1))->set_collapsed(true);
     ok();
     return true;
-    XT_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::groupCols(int colFirst, int colLast, bool collapsed) {
-    XT_BEGIN
+    XS_BEGIN
     if (colFirst > colLast) throw zverror("must be colFirst <= colLast");
     if (static_cast<unsigned>(colFirst) >= 16384u || static_cast<unsigned>(colLast) >= 16383u)
         throw zverror("col must be less than 16384");
@@ -378,7 +360,7 @@ bool XMLSheetImplT<T, Tag>::groupCols(int colFirst, int colLast, bool collapsed)
     if (collapsed) overwriteCol(colLast + 1, colLast + 1)->set_collapsed(true);
     ok();
     return true;
-    XT_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
@@ -391,7 +373,7 @@ bool XMLSheetImplT<T, Tag>::groupSummaryBelow() const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setGroupSummaryBelow(bool below) {
-    XT_BEGIN
+    XS_BEGIN
     auto& sheet = this->tree;
     if (below) {
         if (sheet.isset_sheetPr() && sheet.get_sheetPr().isset_outlinePr()) sheet.get_sheetPr().get_outlinePr().unset_summaryBelow();
@@ -399,7 +381,7 @@ void XMLSheetImplT<T, Tag>::setGroupSummaryBelow(bool below) {
         sheet.get_sheetPr().get_outlinePr().set_summaryBelow(false);
     }
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
@@ -412,7 +394,7 @@ bool XMLSheetImplT<T, Tag>::groupSummaryRight() const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setGroupSummaryRight(bool right) {
-    XT_BEGIN
+    XS_BEGIN
     auto& sheet = this->tree;
     if (right) {
         if (sheet.isset_sheetPr() && sheet.get_sheetPr().isset_outlinePr()) sheet.get_sheetPr().get_outlinePr().unset_summaryRight();
@@ -420,7 +402,7 @@ void XMLSheetImplT<T, Tag>::setGroupSummaryRight(bool right) {
         sheet.get_sheetPr().get_outlinePr().set_summaryRight(false);
     }
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 // ---------------------------------------------------------------- page breaks
@@ -463,7 +445,7 @@ int breakAt(const List* list, int index) {
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setHorPageBreak(int row, bool pageBreak) {
-    XT_BEGIN
+    XS_BEGIN
     auto& sheet = this->tree;
     if (pageBreak) {
         if (static_cast<unsigned>(row) >= 1048576u) throw zverror("row must be in range 0-1048575");
@@ -474,12 +456,12 @@ bool XMLSheetImplT<T, Tag>::setHorPageBreak(int row, bool pageBreak) {
     }
     ok();
     return true;
-    XT_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setVerPageBreak(int col, bool pageBreak) {
-    XT_BEGIN
+    XS_BEGIN
     auto& sheet = this->tree;
     if (pageBreak) {
         if (static_cast<unsigned>(col) >= 16384u) throw zverror("col must be less than 16384");
@@ -490,7 +472,7 @@ bool XMLSheetImplT<T, Tag>::setVerPageBreak(int col, bool pageBreak) {
     }
     ok();
     return true;
-    XT_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
@@ -523,7 +505,7 @@ int XMLSheetImplT<T, Tag>::getVerPageBreakSize() const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::split(int row, int col) {
-    XT_BEGIN
+    XS_BEGIN
     std::wstring topLeft = ExcelUtil::rowColToAddr(row, col, true, true);
     auto& pane = firstView(this->tree).get_pane();
     pane.set_topLeftCell(topLeft);
@@ -532,7 +514,7 @@ void XMLSheetImplT<T, Tag>::split(int row, int col) {
     pane.set_ySplit(row);
     pane.set_state(L"frozenSplit");
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
@@ -544,12 +526,12 @@ int XMLSheetImplT<T, Tag>::zoom() const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setZoom(int zoom) {
-    XT_BEGIN
+    XS_BEGIN
     auto& view = firstView(this->tree);
     view.set_zoomScale(static_cast<uint32_t>(zoom));
     view.set_zoomScaleNormal(static_cast<uint32_t>(zoom));
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
@@ -561,7 +543,7 @@ bool XMLSheetImplT<T, Tag>::displayGridlines() const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setDisplayGridlines(bool show) {
-    XT_BEGIN
+    XS_BEGIN
     auto& sheet = this->tree;
     if (show) {
         if (sheet.isset_sheetViews() && sheet.get_sheetViews().size_sheetView())
@@ -570,28 +552,28 @@ void XMLSheetImplT<T, Tag>::setDisplayGridlines(bool show) {
         firstView(sheet).set_showGridLines(false);
     }
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::getTopLeftView(int* row, int* col) const {
-    XT_BEGIN
+    XS_BEGIN
     const auto* view = firstViewIfAny(static_cast<const typename X::Worksheet&>(this->tree));
     int r = 0, c = 0;
     if (view && view->isset_topLeftCell()) ExcelUtil::addrToRowCol(view->get_topLeftCell(), &r, &c, nullptr, nullptr);
     if (row) *row = r;
     if (col) *col = c;
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setTopLeftView(int row, int col) {
-    XT_BEGIN
+    XS_BEGIN
     std::wstring address = ExcelUtil::rowColToAddr(row, col, true, true);
     firstView(this->tree).set_topLeftCell(address);
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 // ---------------------------------------------------------------- print options
@@ -605,13 +587,13 @@ void XMLSheetImplT<T, Tag>::setTopLeftView(int row, int col) {
     }                                                                                       \
     template <class T, class Tag>                                                           \
     void XMLSheetImplT<T, Tag>::setter(bool value) {                                        \
-        XT_BEGIN auto& sheet = this->tree;                                                  \
+        XS_BEGIN auto& sheet = this->tree;                                                  \
         if (value)                                                                          \
             sheet.get_printOptions().set_##attribute(true);                                 \
         else if (sheet.isset_printOptions())                                                \
             sheet.get_printOptions().unset_##attribute();                                   \
         ok();                                                                               \
-        XT_END_VOID                                                                         \
+        XS_END_VOID                                                                         \
     }
 
 XT_PRINT_OPTION(printGridlines, setPrintGridlines, gridLines)
@@ -628,13 +610,13 @@ int XMLSheetImplT<T, Tag>::printZoom() const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setPrintZoom(int zoom) {
-    XT_BEGIN
+    XS_BEGIN
     auto& sheet = this->tree;
     sheet.get_pageSetup().set_scale(static_cast<uint32_t>(zoom));
     // A scale and a fit to pages exclude each other.
     if (sheet.isset_sheetPr() && sheet.get_sheetPr().isset_pageSetUpPr()) sheet.get_sheetPr().get_pageSetUpPr().unset_fitToPage();
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
@@ -651,14 +633,14 @@ bool XMLSheetImplT<T, Tag>::getPrintFit(int* wPages, int* hPages) const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setPrintFit(int wPages, int hPages) {
-    XT_BEGIN
+    XS_BEGIN
     auto& sheet = this->tree;
     auto& setup = sheet.get_pageSetup();
     setup.set_fitToWidth(static_cast<uint32_t>(wPages));
     setup.set_fitToHeight(static_cast<uint32_t>(hPages));
     sheet.get_sheetPr().get_pageSetUpPr().set_fitToPage(true);
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
@@ -670,10 +652,10 @@ bool XMLSheetImplT<T, Tag>::landscape() const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setLandscape(bool landscape) {
-    XT_BEGIN
+    XS_BEGIN
     this->tree.get_pageSetup().set_orientation(landscape ? L"landscape" : L"portrait");
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 template <class T, class Tag>
@@ -685,10 +667,10 @@ Paper XMLSheetImplT<T, Tag>::paper() const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setPaper(Paper paper) {
-    XT_BEGIN
+    XS_BEGIN
     this->tree.get_pageSetup().set_paperSize(static_cast<uint32_t>(paper));
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 // ---------------------------------------------------------------- margins, header and footer
@@ -702,9 +684,9 @@ void XMLSheetImplT<T, Tag>::setPaper(Paper paper) {
     }                                                                                       \
     template <class T, class Tag>                                                           \
     void XMLSheetImplT<T, Tag>::setter(double value) {                                      \
-        XT_BEGIN margins(this->tree).set_##attribute(value);                                \
+        XS_BEGIN margins(this->tree).set_##attribute(value);                                \
         ok();                                                                               \
-        XT_END_VOID                                                                         \
+        XS_END_VOID                                                                         \
     }
 
 XT_MARGIN(marginLeft, setMarginLeft, left, 0.7)
@@ -728,7 +710,7 @@ double XMLSheetImplT<T, Tag>::footerMargin() const {
 
 template <class T, class Tag>
 const T* XMLSheetImplT<T, Tag>::header() const {
-    XT_BEGIN
+    XS_BEGIN
     const auto* hf = static_cast<const typename X::Worksheet&>(this->tree).get_headerFooter();
     if (!hf || !hf->isset_oddHeader()) {
         ok();
@@ -736,12 +718,12 @@ const T* XMLSheetImplT<T, Tag>::header() const {
     }
     std::wstring text = hf->get_oddHeader();
     return tc(text.c_str());
-    XT_END(nullptr)
+    XS_END(nullptr)
 }
 
 template <class T, class Tag>
 const T* XMLSheetImplT<T, Tag>::footer() const {
-    XT_BEGIN
+    XS_BEGIN
     const auto* hf = static_cast<const typename X::Worksheet&>(this->tree).get_headerFooter();
     if (!hf || !hf->isset_oddFooter()) {
         ok();
@@ -749,12 +731,12 @@ const T* XMLSheetImplT<T, Tag>::footer() const {
     }
     std::wstring text = hf->get_oddFooter();
     return tc(text.c_str());
-    XT_END(nullptr)
+    XS_END(nullptr)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setHeader(const T* header, double margin) {
-    XT_BEGIN
+    XS_BEGIN
     if (!header) throw zverror("header is null");
     std::wstring text;
     toWide(header, utf8(), text);
@@ -762,12 +744,12 @@ bool XMLSheetImplT<T, Tag>::setHeader(const T* header, double margin) {
     margins(this->tree).set_header(margin);
     ok();
     return true;
-    XT_END(false)
+    XS_END(false)
 }
 
 template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::setFooter(const T* footer, double margin) {
-    XT_BEGIN
+    XS_BEGIN
     if (!footer) throw zverror("footer is null");
     std::wstring text;
     toWide(footer, utf8(), text);
@@ -775,7 +757,7 @@ bool XMLSheetImplT<T, Tag>::setFooter(const T* footer, double margin) {
     margins(this->tree).set_footer(margin);
     ok();
     return true;
-    XT_END(false)
+    XS_END(false)
 }
 
 // ---------------------------------------------------------------- protection
@@ -789,7 +771,7 @@ bool XMLSheetImplT<T, Tag>::protect() const {
 
 template <class T, class Tag>
 void XMLSheetImplT<T, Tag>::setProtect(bool protect) {
-    XT_BEGIN
+    XS_BEGIN
     auto& sheet = this->tree;
     if (protect) {
         auto& p = sheet.get_sheetProtection();
@@ -803,7 +785,7 @@ void XMLSheetImplT<T, Tag>::setProtect(bool protect) {
         p.unset_scenarios();
     }
     ok();
-    XT_END_VOID
+    XS_END_VOID
 }
 
 template class XMLSheetImplT<char, excelNormal_tag>;

@@ -160,7 +160,8 @@ TYPED_TEST(DrawingBook, AddPictureRefusals) {
 }
 
 TYPED_TEST(DrawingBook, AddPictureTakesTheTypeFromTheName) {
-    const std::string dir = ZELVAR_TEST_TMP;
+    // A folder per width: the two instantiations run as parallel processes.
+    const std::string dir = std::string(ZELVAR_TEST_TMP) + "/pictures-by-name-" + std::to_string(sizeof(TypeParam));
     std::system(("mkdir -p '" + dir + "'").c_str());
     auto write = [&](const std::string& name, const std::string& bytes) {
         std::ofstream(dir + "/" + name, std::ios::binary) << bytes;

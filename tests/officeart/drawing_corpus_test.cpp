@@ -177,7 +177,9 @@ TEST(DrawingCorpus, DrawingsLoadKeepTheirBytesAndTakeNewShapes) {
                 const char* text = sheet->readComment(row, col);
                 ASSERT_NE(nullptr, text) << "comment at " << row << "," << col;
                 // xlrd gives characters of the file's code page it cannot map as "?".
-                if (n.second.text.find('?') == std::string::npos) EXPECT_EQ(n.second.text, text);
+                if (n.second.text.find('?') == std::string::npos) {
+                    EXPECT_EQ(n.second.text, text);
+                }
                 ++olderNotes;
             }
         }

@@ -36,7 +36,8 @@ std::string checker() { return std::string(ZELVAR_SOURCE_DIR) + "/tests/xmlbook/
 
 // A book with every cell kind, formats, non-ASCII text, dates and sheet states. The far corner
 // of the grid is left out for converters that write every row and column up to the last cell.
-std::string writeRichBook(bool farCorner = true) {
+// Each test names its own file: ctest runs tests in parallel processes.
+std::string writeRichBook(const std::string& name, bool farCorner = true) {
     BookPtr<char> book = newXmlBook<char>();
     book->setLocale("UTF-8");
     ISheetT<char>* main = book->addSheet("Main");
@@ -78,7 +79,7 @@ std::string writeRichBook(bool farCorner = true) {
     hidden->writeStr(0, 0, "secret");
     hidden->setHidden(SheetHidden);
     book->setActiveSheet(1);
-    std::string path = tmpPath(farCorner ? "interop-rich.xlsx" : "interop-near.xlsx");
+    std::string path = tmpPath(name);
     EXPECT_TRUE(book->save(path.c_str())) << book->errorMessage();
     return path;
 }
@@ -87,7 +88,7 @@ bool has(const std::string& text, const std::string& line) { return text.find(li
 
 TEST(XlsxInterop, OpenpyxlReadsEveryKindFormatAndState) {
     if (!haveOpenpyxl()) GTEST_SKIP() << "python3-openpyxl is not installed";
-    std::string path = writeRichBook();
+    std::string path = writeRichBook("interop-rich-openpyxl.xlsx");
     std::string seen = run(std::string(ZELVAR_PYTHON) + " " + checker() + " " + path + " small 2>&1");
     EXPECT_TRUE(has(seen, "A\t1")) << seen;
     EXPECT_TRUE(has(seen, "S\tMain\tvisible")) << seen;
@@ -133,7 +134,7 @@ TEST(XlsxInterop, SsconvertReadsTheValues) {
     int status = -1;
     run("command -v ssconvert >/dev/null 2>&1", &status);
     if (status != 0) GTEST_SKIP() << "ssconvert is not installed";
-    std::string path = writeRichBook(false);
+    std::string path = writeRichBook("interop-near.xlsx", false);
     std::string csv = tmpPath("interop-near.csv");
     run("ssconvert -S --export-type=Gnumeric_stf:stf_csv '" + path + "' '" + csv + ".%n' 2>/dev/null", &status);
     ASSERT_EQ(status, 0);
@@ -160,7 +161,7 @@ TEST(XlsxInterop, PartsAreValidAgainstThePublishedSchemas) {
     int status = -1;
     run("command -v xmllint >/dev/null 2>&1", &status);
     if (status != 0) GTEST_SKIP() << "xmllint is not installed";
-    std::string path = writeRichBook();
+    std::string path = writeRichBook("interop-rich-schemas.xlsx");
     std::ifstream in(path, std::ios::binary);
     std::stringstream bytes;
     bytes << in.rdbuf();
