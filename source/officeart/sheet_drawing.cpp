@@ -311,6 +311,15 @@ void insertShape(std::vector<Rec>& objects, const ShapePlan& plan, const NewShap
     objects.insert(objects.begin() + static_cast<long>(index), added.begin(), added.end());
 }
 
+// The cell anchor of a shape and its empty client data, which close every shape we add.
+static void addAnchorAndClientData(ArtNode& sp, const OfficeArtCoord& c) {
+    std::vector<uint8_t> anchor;
+    add16(anchor, 0);
+    for (uint16_t v : {c.colL, c.dxL, c.rwT, c.dyT, c.colR, c.dxR, c.rwB, c.dyB}) add16(anchor, v);
+    sp.children.push_back(makeAtom(OfficeArtClientAnchorSheet::header(), anchor));
+    sp.children.push_back(makeAtom(OfficeArtClientData::header(), {}));
+}
+
 std::vector<uint8_t> pictureShape(uint32_t spid, int pib, const OfficeArtCoord& c) {
     ArtNode sp = makeContainer(OfficeArtSpContainer::kType);
     std::vector<uint8_t> fsp;
@@ -318,11 +327,7 @@ std::vector<uint8_t> pictureShape(uint32_t spid, int pib, const OfficeArtCoord& 
     artAdd32(fsp, 0xA00);  // has an anchor, has a shape type
     sp.children.push_back(makeAtom(OfficeArtRecordHeader(2, 75, OfficeArtFSP::kType, 0), fsp));
     sp.children.push_back(OfficeArtRGFOPTE(pib).toNode());
-    std::vector<uint8_t> anchor;
-    add16(anchor, 0);
-    for (uint16_t v : {c.colL, c.dxL, c.rwT, c.dyT, c.colR, c.dxR, c.rwB, c.dyB}) add16(anchor, v);
-    sp.children.push_back(makeAtom(OfficeArtClientAnchorSheet::header(), anchor));
-    sp.children.push_back(makeAtom(OfficeArtClientData::header(), {}));
+    addAnchorAndClientData(sp, c);
     sp.recalcLen();
     std::vector<uint8_t> out;
     sp.write(out);
@@ -341,11 +346,7 @@ std::vector<uint8_t> commentShape(uint32_t spid, const OfficeArtCoord& c) {
                                                     {513, 0},         {575, 0x30003},   {959, 0xA0002}};
     for (const auto& v : values) props.addProperty({v.first, false, false, static_cast<int32_t>(v.second)});
     sp.children.push_back(props.toNode());
-    std::vector<uint8_t> anchor;
-    add16(anchor, 0);
-    for (uint16_t v : {c.colL, c.dxL, c.rwT, c.dyT, c.colR, c.dxR, c.rwB, c.dyB}) add16(anchor, v);
-    sp.children.push_back(makeAtom(OfficeArtClientAnchorSheet::header(), anchor));
-    sp.children.push_back(makeAtom(OfficeArtClientData::header(), {}));
+    addAnchorAndClientData(sp, c);
     sp.recalcLen();
     // The text box record rides in the next MsoDrawing, behind the comment's Obj, but belongs
     // to this shape: the container's length counts it.

@@ -218,6 +218,8 @@ public:
     // The range first..last with delFirst..delLast taken out and what lay behind moved up;
     // false when nothing is left.
     static bool subtractRange(int first, int last, int delFirst, int delLast, int* outFirst, int* outLast);
+    // Takes the removed rows (or columns) out of every merged block, dropping blocks left empty.
+    void subtractFromMerges(bool rows, int first, int last);
     // The col entries covering colFirst..colLast, split where they stick out.
     std::vector<typename X::Col*> overwriteCols(int colFirst, int colLast);
     // One col entry for exactly colFirst..colLast.

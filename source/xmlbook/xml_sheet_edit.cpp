@@ -70,6 +70,27 @@ bool XMLSheetImplT<T, Tag>::subtractRange(int first, int last, int delFirst, int
 // ---------------------------------------------------------------- rows and columns
 
 template <class T, class Tag>
+void XMLSheetImplT<T, Tag>::subtractFromMerges(bool rows, int first, int last) {
+    auto& sheet = this->tree;
+    if (!sheet.isset_mergeCells()) return;
+    auto& merges = sheet.get_mergeCells();
+    // One step per position, also after a removal: the block that slides into the removed one's
+    // place waits for a later call.
+    for (size_t i = 0; i < merges.size_mergeCell(); ++i) {
+        int r1, c1, r2, c2;
+        parseRef(merges.get_mergeCell(i).get_ref(), &r1, &c1, &r2, &c2);
+        bool kept = rows ? subtractRange(r1, r2, first, last, &r1, &r2) : subtractRange(c1, c2, first, last, &c1, &c2);
+        if (kept) {
+            merges.get_mergeCell(i).set_ref(makeRef(r1, c1, r2, c2));
+        } else {
+            merges.delete_mergeCell(i);
+            merges.set_count(static_cast<uint32_t>(merges.size_mergeCell()));
+        }
+    }
+    if (merges.size_mergeCell() == 0) sheet.unset_mergeCells();
+}
+
+template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::insertRow(int rowFirst, int rowLast) {
     XS_BEGIN
     if (rowLast < rowFirst) throw zverror(kRowOrder);
@@ -150,22 +171,7 @@ bool XMLSheetImplT<T, Tag>::removeRow(int rowFirst, int rowLast) {
         }
         for (size_t i = count; i-- > kept;) data.delete_row(i);
     }
-    if (sheet.isset_mergeCells()) {
-        auto& merges = sheet.get_mergeCells();
-        // One step per position, also after a removal: the block that slides into the
-        // removed one's place waits for a later call.
-        for (size_t i = 0; i < merges.size_mergeCell(); ++i) {
-            int r1, c1, r2, c2;
-            parseRef(merges.get_mergeCell(i).get_ref(), &r1, &c1, &r2, &c2);
-            if (subtractRange(r1, r2, rowFirst, rowLast, &r1, &r2)) {
-                merges.get_mergeCell(i).set_ref(makeRef(r1, c1, r2, c2));
-            } else {
-                merges.delete_mergeCell(i);
-                merges.set_count(static_cast<uint32_t>(merges.size_mergeCell()));
-            }
-        }
-        if (merges.size_mergeCell() == 0) sheet.unset_mergeCells();
-    }
+    subtractFromMerges(true, rowFirst, rowLast);
     _dimDirty = true;
     ok();
     return true;
@@ -283,20 +289,7 @@ bool XMLSheetImplT<T, Tag>::removeCol(int colFirst, int colLast) {
             cells.resize(kept);
         }
     }
-    if (sheet.isset_mergeCells()) {
-        auto& merges = sheet.get_mergeCells();
-        for (size_t i = 0; i < merges.size_mergeCell(); ++i) {
-            int r1, c1, r2, c2;
-            parseRef(merges.get_mergeCell(i).get_ref(), &r1, &c1, &r2, &c2);
-            if (subtractRange(c1, c2, colFirst, colLast, &c1, &c2)) {
-                merges.get_mergeCell(i).set_ref(makeRef(r1, c1, r2, c2));
-            } else {
-                merges.delete_mergeCell(i);
-                merges.set_count(static_cast<uint32_t>(merges.size_mergeCell()));
-            }
-        }
-        if (merges.size_mergeCell() == 0) sheet.unset_mergeCells();
-    }
+    subtractFromMerges(false, colFirst, colLast);
     _dimDirty = true;
     ok();
     return true;
