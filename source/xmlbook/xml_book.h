@@ -215,6 +215,12 @@ public:
     // A merge or area reference split into its corners; one address fills both.
     static void parseRef(const std::wstring& ref, int* r1, int* c1, int* r2, int* c2);
     static std::wstring makeRef(int r1, int c1, int r2, int c2);
+    // A master of a shared formula group that is overwritten hands the group to the first other
+    // member of its block: the heir takes the block and the master's text moved to its place.
+    void delSharedFormula(Cell* cell, int row, int col);
+    // writeFormula over a master: the first other member of the group takes the master's formula
+    // as it stands, its text not moved.
+    void moveMasterFormula(int row, int col, Cell* cell);
     // The range first..last with delFirst..delLast taken out and what lay behind moved up;
     // false when nothing is left.
     static bool subtractRange(int first, int last, int delFirst, int delLast, int* outFirst, int* outLast);

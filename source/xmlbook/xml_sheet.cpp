@@ -244,6 +244,7 @@ typename XMLSheetImplT<T, Tag>::Cell* XMLSheetImplT<T, Tag>::write(int row, int 
     if (rowObject) {
         cell = findCell(rowObject, col);
         if (cell) {
+            delSharedFormula(cell, row, col);
             if (clearCell) clear(cell);
         } else {
             cell = overwriteCell(rowObject, static_cast<unsigned>(row), col);
@@ -710,6 +711,70 @@ bool sharedFormulaText(const Data* data, unsigned si, int row, int col, std::wst
 
 }  // namespace
 
+namespace {
+
+template <class Formula>
+bool isSharedMember(const Formula* f, unsigned si) {
+    return f && f->isset_t() && f->get_t() == L"shared" && f->isset_si() && f->get_si() == si;
+}
+
+}  // namespace
+
+template <class T, class Tag>
+void XMLSheetImplT<T, Tag>::delSharedFormula(Cell* cell, int row, int col) {
+    const auto* master = static_cast<const Cell*>(cell)->get_f();
+    if (!master || !master->isset_ref() || !master->isset_si() || !isSharedMember(master, master->get_si())) return;
+    int r1, c1, r2, c2;
+    try {
+        parseRef(master->get_ref(), &r1, &c1, &r2, &c2);
+    } catch (const zverror&) {
+        return;  // a block that can't be read names no heir; the group ends with its master
+    }
+    const auto* data = static_cast<const typename X::Worksheet&>(this->tree).get_sheetData();
+    if (!data) return;
+    // The block's cells row by row; only rows and cells that exist are visited, so a block of whole
+    // columns costs what the sheet holds.
+    for (size_t i = 0; i < data->size_row(); ++i) {
+        const Row& rowObject = data->get_row(i);
+        long long r = static_cast<long long>(rowObject.get_r()) - 1;
+        if (r < r1) continue;
+        if (r > r2) break;
+        for (size_t k = 0; k < rowObject.size_c(); ++k) {
+            const Cell& candidate = rowObject.get_c(k);
+            int c = static_cast<int>(candidate.get_col());
+            if (c < c1) continue;
+            if (c > c2) break;
+            if (&candidate == cell || !isSharedMember(candidate.get_f(), master->get_si())) continue;
+            auto& heir = const_cast<Cell&>(candidate).get_f();
+            heir.set_ref(master->get_ref());
+            heir.set_value(shiftFormula(master->get_value(), static_cast<int>(r) - row, c - col));
+            return;
+        }
+    }
+}
+
+template <class T, class Tag>
+void XMLSheetImplT<T, Tag>::moveMasterFormula(int row, int col, Cell* cell) {
+    const auto* master = static_cast<const Cell*>(cell)->get_f();
+    const auto* data = static_cast<const typename X::Worksheet&>(this->tree).get_sheetData();
+    if (!master || !master->isset_si() || !data) return;
+    for (size_t i = 0; i < data->size_row(); ++i) {
+        const Row& rowObject = data->get_row(i);
+        for (size_t k = 0; k < rowObject.size_c(); ++k) {
+            const Cell& candidate = rowObject.get_c(k);
+            const auto* f = candidate.get_f();
+            if (&candidate == cell || !f || !f->isset_si() || f->get_si() != master->get_si()) continue;
+            // The copy is moved by the master's offset from its own place, which is none: the heir
+            // keeps the master's text literally.
+            auto* copy = master->clone();
+            copy->set_value(shiftFormula(master->get_value(), static_cast<int>(cell->get_row()) - row,
+                                         static_cast<int>(cell->get_col()) - col));
+            const_cast<Cell&>(candidate).assign_f(copy);
+            return;
+        }
+    }
+}
+
 template <class T, class Tag>
 const T* XMLSheetImplT<T, Tag>::readFormula(int row, int col, IFormatT<T>** format) {
     XS_BEGIN
@@ -740,6 +805,14 @@ bool XMLSheetImplT<T, Tag>::writeFormula(int row, int col, const T* value, IForm
     if (!text.empty() && text[0] == L'=') text.erase(0, 1);
     StrUtil::swapSeparators(text, L';', L',');
     if (_book->refR1C1()) XMLFormula::toRefA1(text, row, col, false);
+    if (Cell* master = read(row, col)) {
+        const auto* old = static_cast<const Cell*>(master)->get_f();
+        if (old && old->isset_t() && !old->get_value().empty() && old->get_t() == L"shared") {
+            moveMasterFormula(row, col, master);
+            // The group has its new master already; the write below must not hand it on again.
+            master->unset_f();
+        }
+    }
     Cell* cell = write(row, col, format, true);
     auto* formula = new typename X::CellFormula;
     formula->set_value(text);
