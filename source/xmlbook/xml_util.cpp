@@ -88,6 +88,7 @@ bool StrUtil::split(const std::wstring& text, wchar_t separator, std::wstring& l
 }
 
 std::wstring StrUtil::quote(const std::wstring& text) {
+    if (text.find_first_of(L" -") == std::wstring::npos) return text;
     std::wstring out(1, L'\'');
     for (wchar_t c : text) {
         if (c == L'\'') out.push_back(c);

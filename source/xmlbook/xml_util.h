@@ -28,7 +28,8 @@ struct StrUtil {
     static void replace(std::wstring& text, const std::wstring& what, const std::wstring& with);
     // Splits at the first separator: false when there is none.
     static bool split(const std::wstring& text, wchar_t separator, std::wstring& left, std::wstring& right);
-    // Puts a name in single quotes, doubling quotes inside.
+    // Puts a sheet name holding a blank or a hyphen in single quotes, doubling quotes inside;
+    // other names stay bare.
     static std::wstring quote(const std::wstring& text);
     // Takes off surrounding single quotes and undoubles quotes inside; other text stays.
     static std::wstring unquote(const std::wstring& text);

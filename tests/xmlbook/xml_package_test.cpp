@@ -91,7 +91,15 @@ TEST(XmlText, EscapesSeparatorsAndQuotes) {
     StrUtil::swapSeparators(formula, L';', L',');
     EXPECT_EQ(formula, L"IF(A1=\"x;y\",'a;b'!B2,\"it's\",C3)");
     EXPECT_EQ(StrUtil::unquote(L"'it''s'"), L"it's");
-    EXPECT_EQ(StrUtil::quote(L"it's"), L"'it''s'");
+    // Only a blank or a hyphen makes a sheet name quoted; a quote alone doesn't, and is doubled
+    // only inside quotes.
+    struct {
+        const wchar_t *name, *quoted;
+    } quotes[] = {{L"Sheet1", L"Sheet1"},       {L"My sheet", L"'My sheet'"}, {L"a-b", L"'a-b'"},
+                  {L"it's", L"it's"},           {L"it's me", L"'it''s me'"},  {L"Q1.2024", L"Q1.2024"},
+                  {L"1st", L"1st"},             {L"", L""},                   {L"tab\there", L"tab\there"},
+                  {L"\x00e9t\x00e9", L"\x00e9t\x00e9"}, {L"-", L"'-'"}};
+    for (const auto& c : quotes) EXPECT_EQ(StrUtil::quote(c.name), c.quoted) << c.name;
     EXPECT_EQ(shiftFormula(L"SUM(A1:B2)+$C$3+C$4+\"A1\"+LOG10(D5)", 2, 1), L"SUM(B3:C4)+$C$3+D$4+\"A1\"+LOG10(E7)");
     EXPECT_EQ(Converter::doubleToString(0.1), L"0.10000000000000001");
 }
