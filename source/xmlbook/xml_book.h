@@ -240,6 +240,8 @@ public:
     // The entry of this sheet in the workbook's sheet list.
     typename X::Sheet* sheetEntry() const;
     void setWideName(const std::wstring& name);
+    // Defined names that refer to the sheet by its old name refer to it by the new one.
+    void changeDependencies(const std::wstring& oldName, const std::wstring& newName);
 
 private:
     void init();

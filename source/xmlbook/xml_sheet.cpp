@@ -1,6 +1,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <cwctype>
 
 #include "formula/xml_formula.h"
 #include "frame/excel_util.h"
@@ -931,9 +932,10 @@ const T* XMLSheetImplT<T, Tag>::rowColToAddr(int row, int col, bool rowRelative,
 
 template <class T, class Tag>
 typename XMLSheetImplT<T, Tag>::X::Sheet* XMLSheetImplT<T, Tag>::sheetEntry() const {
-    if (!_book) throw zverror("sheet not found");
+    const char* const noBook = "sheet doen't have relationship with book";
+    if (!_book) throw zverror(noBook);
     auto& sheets = _book->xml().get_sheets();
-    if (_index < 0 || static_cast<size_t>(_index) >= sheets.size_sheet()) throw zverror("sheet not found");
+    if (_index < 0 || static_cast<size_t>(_index) >= sheets.size_sheet()) throw zverror(noBook);
     return &sheets.get_sheet(static_cast<size_t>(_index));
 }
 
@@ -956,9 +958,45 @@ void XMLSheetImplT<T, Tag>::setName(const T* name) {
     if (!name) throw zverror("name is null");
     std::wstring text;
     toWide(name, utf8(), text);
+    const bool cut = text.size() > 31;
+    if (cut) text.resize(31);
+    changeDependencies(sheetEntry()->get_name(), text);
     setWideName(text);
-    ok();
+    if (cut)
+        fail("warning: sheet's name is cut to 31 characters");
+    else
+        ok();
     XS_END_VOID
+}
+
+namespace {
+
+// A character that can stand inside a bare sheet name; one of these in front of a match means
+// the match is the tail of another name.
+bool nameChar(wchar_t c) { return c == L'_' || c == L'.' || c == L'\'' || std::iswalnum(static_cast<wint_t>(c)) || c > 127; }
+
+}  // namespace
+
+// Only the quoted old name followed by "!" is taken for a reference to the sheet, so that renaming
+// "S" leaves "SUM(" and "Sales!A1" alone.
+template <class T, class Tag>
+void XMLSheetImplT<T, Tag>::changeDependencies(const std::wstring& oldName, const std::wstring& newName) {
+    if (oldName.empty() || !_book->xml().isset_definedNames()) return;
+    const std::wstring from = StrUtil::quote(oldName) + L"!", to = StrUtil::quote(newName) + L"!";
+    auto& names = _book->xml().get_definedNames();
+    for (size_t i = 0; i < names.size_definedName(); ++i) {
+        auto& entry = names.get_definedName(i);
+        std::wstring text = entry.get_value();
+        bool changed = false, inString = false;
+        for (size_t pos = 0; pos < text.size(); ++pos) {
+            if (text[pos] == L'"') inString = !inString;
+            if (inString || text.compare(pos, from.size(), from) != 0 || (pos > 0 && nameChar(text[pos - 1]))) continue;
+            text.replace(pos, from.size(), to);
+            pos += to.size() - 1;
+            changed = true;
+        }
+        if (changed) entry.set_value(text);
+    }
 }
 
 template <class T, class Tag>

@@ -80,6 +80,36 @@ TYPED_TEST(BothFamilies, SheetListMessages) {
     EXPECT_EQ(std::basic_string<T>(this->book->getSheet(0)->name()), S<T>("One"));
 }
 
+// A renamed sheet keeps its named ranges, print area and print titles, also through a save, and
+// a name over 31 characters is cut with a warning.
+TYPED_TEST(BothFamilies, RenamedSheetKeepsItsNames) {
+    using T = typename TypeParam::Char;
+    ISheetT<T>* sheet = this->book->addSheet(S<T>("Old-name").c_str());
+    ISheetT<T>* other = this->book->addSheet(S<T>("Other").c_str());
+    ASSERT_TRUE(sheet->setNamedRange(S<T>("Block").c_str(), 1, 3, 0, 1)) << this->book->errorMessage();
+    ASSERT_TRUE(other->setNamedRange(S<T>("Elsewhere").c_str(), 0, 0, 2, 2)) << this->book->errorMessage();
+    sheet->setPrintArea(0, 9, 0, 3);
+    sheet->setPrintRepeatRows(0, 1);
+    sheet->setName(S<T>("New name").c_str());
+    EXPECT_STREQ(this->book->errorMessage(), "ok");
+    this->reload();
+    sheet = this->book->getSheet(0);
+    other = this->book->getSheet(1);
+    EXPECT_EQ(std::basic_string<T>(sheet->name()), S<T>("New name"));
+    int r1 = -1, r2 = -1, c1 = -1, c2 = -1;
+    ASSERT_TRUE(sheet->getNamedRange(S<T>("Block").c_str(), &r1, &r2, &c1, &c2)) << this->book->errorMessage();
+    EXPECT_EQ(r1 * 1000 + r2 * 100 + c1 * 10 + c2, 1301);
+    ASSERT_TRUE(other->getNamedRange(S<T>("Elsewhere").c_str(), &r1, &r2, &c1, &c2)) << this->book->errorMessage();
+    EXPECT_EQ(r1 * 1000 + r2 * 100 + c1 * 10 + c2, 22);
+    EXPECT_FALSE(sheet->getNamedRange(S<T>("Elsewhere").c_str(), &r1, &r2, &c1, &c2));
+    EXPECT_EQ(sheet->namedRangeSize(), 3);  // Block, print area, print titles
+
+    sheet->setName(S<T>("A name of more than thirty-one characters").c_str());
+    EXPECT_STREQ(this->book->errorMessage(), "warning: sheet's name is cut to 31 characters");
+    EXPECT_EQ(std::basic_string<T>(sheet->name()), S<T>("A name of more than thirty-one "));
+    EXPECT_TRUE(sheet->getNamedRange(S<T>("Block").c_str(), &r1, &r2, &c1, &c2)) << this->book->errorMessage();
+}
+
 TYPED_TEST(BothFamilies, DatesAndColours) {
     double value = this->book->datePack(2021, 7, 15, 6, 30, 15, 250);
     int y, m, d, h, mi, s, ms;

@@ -1,6 +1,8 @@
 // Sheet settings of XML sheets through the public interface: widths and heights with their pixel
 // rounding, hidden rows and columns, outline groups, page breaks, views, print setup, margins,
 // header and footer and protection; and the settings that both families keep alike.
+#include <cstring>
+
 #include "xml_test_util.h"
 
 using namespace zelvar;
@@ -270,6 +272,50 @@ TYPED_TEST(XmlSettings, NamedRangesPrintAreaAndTitles) {
     EXPECT_STREQ(book->errorMessage(), "ok");
     workbook = savedEntries(book.get())["xl/workbook.xml"];
     EXPECT_FALSE(contains(workbook, "_xlnm"));
+}
+
+// Renaming a sheet rewrites the defined names that refer to it by its quoted name followed by
+// "!", and nothing else: not a longer name ending in the old one, not text in double quotes, not
+// a function name that begins like it.
+TYPED_TEST(XmlSettings, RenameRewritesTheNamesThatReferToTheSheet) {
+    using T = TypeParam;
+    struct Case {
+        const char *oldName, *newName, *text, *expected;
+    };
+    const Case cases[] = {
+        {"S", "T", "S!$A$1", "T!$A$1"},
+        {"S", "T", "SUM(S!$A$1,S!$B$2)", "SUM(T!$A$1,T!$B$2)"},
+        {"S", "T", "SS!$A$1+Sales!$A$1", "SS!$A$1+Sales!$A$1"},
+        {"S", "T", "\"S!\"&S!A1", "\"S!\"&T!A1"},
+        {"S", "My sheet", "S!$A$1:$B$2", "'My sheet'!$A$1:$B$2"},
+        {"a-b", "ab", "'a-b'!$A$1,'xa-b'!$A$1", "ab!$A$1,'xa-b'!$A$1"},
+        {"My sheet", "Yours", "'My sheet'!$1:$2,'My sheet'!$A:$B", "Yours!$1:$2,Yours!$A:$B"},
+        {"Data", "Data 2", "Data", "Data"},  // a constant without a sheet reference
+        {"it's", "it is", "it's!$C$3", "'it is'!$C$3"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        BookPtr<T> book = newXmlBook<T>();
+        book->addSheet(S<T>(c.oldName).c_str());
+        auto parts = savedEntries(book.get());
+        std::string& workbook = parts["xl/workbook.xml"];
+        std::string escaped;
+        for (const char* p = c.text; *p; ++p) escaped += *p == '&' ? std::string("&amp;") : *p == '"' ? std::string("&quot;") : std::string(1, *p);
+        workbook.insert(workbook.find("</sheets>") + 9, "<definedNames><definedName name=\"N\">" + escaped + "</definedName></definedNames>");
+        std::string bytes = makePackage(parts);
+        book.reset(newXmlBook<T>().release());
+        ASSERT_TRUE(book->loadRaw(bytes.data(), static_cast<unsigned>(bytes.size()))) << book->errorMessage();
+        book->getSheet(0)->setName(S<T>(c.newName).c_str());
+        EXPECT_STREQ(book->errorMessage(), "ok");
+        std::string saved = savedEntries(book.get())["xl/workbook.xml"];
+        size_t from = saved.find("<definedName name=\"N\">") + 22, to = saved.find("</definedName>");
+        ASSERT_LT(from, to) << saved;
+        std::string text = saved.substr(from, to - from);
+        for (const char* entity : {"&apos;", "&quot;", "&amp;"})
+            for (size_t pos; (pos = text.find(entity)) != std::string::npos;)
+                text.replace(pos, std::strlen(entity), entity[1] == 'a' && entity[2] == 'p' ? "'" : entity[1] == 'q' ? "\"" : "&");
+        EXPECT_EQ(text, c.expected);
+    }
 }
 
 // Settings that both families keep alike, over both factories.
