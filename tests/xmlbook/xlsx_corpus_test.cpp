@@ -9,6 +9,7 @@
 #include <sstream>
 #include <vector>
 
+#include "xlsx_oracle.h"
 #include "xml_test_util.h"
 #include "xmlbook/xml_package.h"
 
@@ -16,55 +17,6 @@ using namespace zelvar;
 using namespace xmltest;
 
 namespace {
-
-struct OracleCell {
-    int row, col;
-    std::string type, value;
-};
-struct OracleSheet {
-    int index;
-    std::string name;
-    std::vector<OracleCell> cells;
-};
-struct Oracle {
-    std::string error;
-    std::vector<OracleSheet> sheets;
-};
-
-std::string readFile(const std::string& path) {
-    std::ifstream f(path, std::ios::binary);
-    std::ostringstream s;
-    s << f.rdbuf();
-    return s.str();
-}
-
-std::vector<std::string> splitTabs(const std::string& line) {
-    std::vector<std::string> parts;
-    std::string cur;
-    for (char c : line) {
-        if (c == '\t') {
-            parts.push_back(cur);
-            cur.clear();
-        } else {
-            cur.push_back(c);
-        }
-    }
-    parts.push_back(cur);
-    return parts;
-}
-
-std::string unescape(const std::string& s) {
-    std::string out;
-    for (size_t i = 0; i < s.size(); ++i) {
-        if (s[i] == '\\' && i + 1 < s.size()) {
-            char c = s[++i];
-            out.push_back(c == 't' ? '\t' : c == 'n' ? '\n' : c == 'r' ? '\r' : c);
-        } else {
-            out.push_back(s[i]);
-        }
-    }
-    return out;
-}
 
 struct Entry {
     std::string path, expected;
@@ -85,33 +37,10 @@ std::vector<Entry> corpusEntries() {
     return entries;
 }
 
-// All oracles at once through the dump script beside the binary corpus test.
-std::map<std::string, Oracle> loadOracles(const std::vector<Entry>& entries) {
-    std::string list = std::string(ZELVAR_TEST_TMP) + "/xlsx-oracles.txt";
-    std::string cmd = std::string(ZELVAR_PYTHON) + " " + ZELVAR_SOURCE_DIR + "/tests/xmlbook/xlsx_oracle_cells.py";
-    for (const Entry& e : entries) cmd += " '" + e.path + ".oracle.json'";
-    cmd += " > " + list;
-    std::map<std::string, Oracle> oracles;
-    if (std::system(cmd.c_str()) != 0) return oracles;
-    std::istringstream lines(readFile(list));
-    std::string line;
-    Oracle* current = nullptr;
-    while (std::getline(lines, line)) {
-        auto cols = splitTabs(line);
-        if (cols[0] == "F") {
-            std::string path = cols[1].substr(0, cols[1].size() - std::string(".oracle.json").size());
-            current = &oracles[path];
-        } else if (!current) {
-            continue;
-        } else if (cols[0] == "E") {
-            current->error = unescape(cols[1]);
-        } else if (cols[0] == "S") {
-            current->sheets.push_back({std::atoi(cols[1].c_str()), unescape(cols[2]), {}});
-        } else if (cols[0] == "C" && !current->sheets.empty() && cols.size() >= 5) {
-            current->sheets.back().cells.push_back({std::atoi(cols[1].c_str()), std::atoi(cols[2].c_str()), cols[3], unescape(cols[4])});
-        }
-    }
-    return oracles;
+std::map<std::string, Oracle> corpusOracles(const std::vector<Entry>& entries) {
+    std::vector<std::string> paths;
+    for (const Entry& e : entries) paths.push_back(e.path);
+    return loadOracles(paths, "xlsx-oracles.txt");
 }
 
 // Formula text as the independent reader shows it: "=" in front, "," between arguments.
@@ -134,19 +63,6 @@ struct Tally {
         if (samples.size() < (getenv("ZELVAR_ALL_MISMATCHES") ? 100000u : 12u)) samples.push_back(what);
     }
 };
-
-const char* errorText(int code) {
-    switch (code) {
-        case 0: return "#NULL!";
-        case 7: return "#DIV/0!";
-        case 15: return "#VALUE!";
-        case 23: return "#REF!";
-        case 29: return "#NAME?";
-        case 36: return "#NUM!";
-        case 42: return "#N/A";
-        default: return "?";
-    }
-}
 
 // Compares the cells of a book with the oracle; formula cells are compared as text.
 void compareCells(IBookT<char>* book, const Oracle& oracle, const std::string& file, Tally& values, Tally& formulas,
@@ -172,39 +88,11 @@ void compareCells(IBookT<char>* book, const Oracle& oracle, const std::string& f
                 else if (oracleFormula(text) != c.value) formulas.miss(where + oracleFormula(text) + " vs " + c.value);
                 continue;
             }
-            if (c.type == "date" || c.type == "duration") {
-                ++values.checked;
-                if (sheet->cellType(c.row, c.col) != CellNumber) values.miss(where + "date is no number");
-                continue;
-            }
             ++values.checked;
-            if (c.type == "number") {
-                double want = std::strtod(c.value.c_str(), nullptr);
-                double got = sheet->readNum(c.row, c.col);
-                if (!(got == want || std::fabs(got - want) <= 1e-9 * std::fabs(want)) &&
-                    !(std::isinf(want) && std::isinf(got)))
-                    values.miss(where + "number " + std::to_string(got) + " vs " + c.value + " " + book->errorMessage());
-            } else if (c.type == "text") {
-                const char* text = sheet->readStr(c.row, c.col);
-                // Escapes are decimal by rule and a string with its own text ignores its runs:
-                // texts that differ only there are told apart from real differences.
-                if (text && c.value != text &&
-                    (std::string(text).find("_x") != std::string::npos || c.value.compare(0, std::strlen(text), text) == 0))
-                    ++byRule;
-                else if (!text || c.value != text)
-                    values.miss(where + "text [" + (text ? text : book->errorMessage()) + "] vs [" + c.value + "]");
-            } else if (c.type == "bool") {
-                bool got = sheet->readBool(c.row, c.col);
-                if (got != (c.value == "1") || std::string(book->errorMessage()) != "ok") values.miss(where + "bool");
-            } else if (c.type == "error") {
-                // The reader shows a date number it cannot convert as an error.
-                if (sheet->cellType(c.row, c.col) == CellNumber && sheet->isDate(c.row, c.col)) {
-                    ++byRule;
-                    continue;
-                }
-                int got = sheet->readError(c.row, c.col);
-                if (c.value != errorText(got)) values.miss(where + "error " + errorText(got) + " vs " + c.value);
-            }
+            std::string why;
+            ValueCheck check = checkValue(book, sheet, c.row, c.col, c, why);
+            if (check == ValueCheck::ByRule) ++byRule;
+            if (check == ValueCheck::Differs) values.miss(where + why);
         }
     }
 }
@@ -220,7 +108,7 @@ bool modelled(const std::wstring& type) {
 TEST(XlsxCorpus, LoadsMatchesOraclesAndRoundTrips) {
     if (!std::ifstream(shared() + "/corpus/MANIFEST.tsv")) GTEST_SKIP() << "no corpus at " << shared();
     std::vector<Entry> corpus = corpusEntries();
-    std::map<std::string, Oracle> oracles = loadOracles(corpus);
+    std::map<std::string, Oracle> oracles = corpusOracles(corpus);
     int loaded[2] = {0, 0}, shouldLoad[2] = {0, 0}, failedAsExpected = 0, shouldFail = 0;
     Tally values, formulas, roundTrip, bytes, resave;
     int differByRule = 0;
