@@ -11,6 +11,7 @@ packages=(
   clang libclang-rt-14-dev
   zip unzip libxml2-utils
   gnumeric  # ssconvert recalculates the formulas we write, in the tests
+  python3-pil file  # openpyxl loads pictures through it; file tells an image's size independently
 
 )
 

@@ -87,6 +87,8 @@ void pictureDimensions(const std::vector<char>& d, const std::wstring& extension
     if (ext == L"bmp" && d.size() >= 26) {
         w = le32(d, 18);
         h = le32(d, 22);
+        // A bitmap stored top row first gives its height as a negative number.
+        if (static_cast<int>(h) < 0) h = 0u - h;
     } else if (ext == L"png" && d.size() >= 24) {
         w = be32(d, 16);
         h = be32(d, 20);

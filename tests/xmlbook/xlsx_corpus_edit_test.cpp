@@ -4,8 +4,11 @@
 // every part other than the edited sheet comes out of the save byte for byte.
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <map>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <vector>
@@ -178,14 +181,44 @@ TEST(XlsxCorpusEdit, InsertAndRemoveKeepOracleCellsAndOtherParts) {
     EXPECT_GT(sheets, packages);
 }
 
+// The pixel size of an image as the independent `file` tool reports it from the header of a
+// PNG, JPEG or BMP; false when the tool is missing or tells no size.
+bool sizeByFileTool(const std::string& bytes, int* width, int* height) {
+    std::string path = tmpPath("corpus-picture.bin");
+    std::ofstream(path, std::ios::binary) << bytes;
+    std::string out;
+    if (FILE* pipe = popen(("file -b '" + path + "' 2>/dev/null").c_str(), "r")) {
+        char buf[512];
+        for (size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) > 0;) out.append(buf, n);
+        pclose(pipe);
+    }
+    std::smatch m;
+    // "PNG image data, 130 x 92, ...", "PC bitmap, Windows 3.x format, 32 x -32 x 24, ...",
+    // "JPEG image data, ..., precision 8, 192x176, ..."
+    static const std::regex png("PNG image data, (\\d+) x (\\d+)"), bmp("PC bitmap, [^,]*, (-?\\d+) x (-?\\d+)"),
+        jpeg("JPEG image data.*precision \\d+, (\\d+)x(\\d+)");
+    if (!std::regex_search(out, m, png) && !std::regex_search(out, m, bmp) && !std::regex_search(out, m, jpeg)) return false;
+    *width = std::abs(std::atoi(m[1].str().c_str()));
+    *height = std::abs(std::atoi(m[2].str().c_str()));  // a bitmap stored top row first has a negative height
+    return true;
+}
+
+int le32At(const std::string& d, size_t i) {
+    return static_cast<int>(static_cast<unsigned char>(d[i]) | static_cast<unsigned char>(d[i + 1]) << 8 |
+                            static_cast<unsigned char>(d[i + 2]) << 16 | static_cast<unsigned>(static_cast<unsigned char>(d[i + 3])) << 24);
+}
+
 // Packages tagged with pictures: every image part comes back from the book with the bytes of its
-// media file, and every picture anchored on a sheet names one of them.
+// media file, every picture anchored on a sheet names one of them, and a picture placed at its own
+// size reads back with the size of its media file: the header's for PNG, JPEG and BMP as the `file`
+// tool reads it, 200 by 200 for WMF, the right and bottom of the bounds for EMF.
 TEST(XlsxCorpusEdit, PicturesReadBackAsTheirMediaFiles) {
     std::string corpus = std::string(ZELVAR_SHARED_DIR) + "/corpus";
     std::ifstream manifest(corpus + "/MANIFEST.tsv");
     if (!manifest) GTEST_SKIP() << "no corpus at " << corpus;
     std::string line;
-    int books = 0, anchored = 0;
+    int books = 0, anchored = 0, sized = 0, unplaceable = 0;
+    std::map<int, int> types;
     while (std::getline(manifest, line)) {
         if (line.compare(0, 5, "xlsx/") != 0 || line.find("\tload-ok") == std::string::npos ||
             line.find("picture") == std::string::npos)
@@ -193,22 +226,15 @@ TEST(XlsxCorpusEdit, PicturesReadBackAsTheirMediaFiles) {
         std::string path = line.substr(0, line.find('\t'));
         std::string bytes = readFile(corpus + "/" + path);
         BookPtr<char> book = newXmlBook<char>();
-        if (!book->loadRaw(bytes.data(), static_cast<unsigned>(bytes.size()))) continue;
+        if (!book->load((corpus + "/" + path).c_str())) {
+            ADD_FAILURE() << path << ": " << book->errorMessage();
+            continue;
+        }
         auto parts = entries(bytes.data(), static_cast<unsigned>(bytes.size()));
         size_t media = 0;
         for (const auto& part : parts)
             if (part.first.compare(0, 9, "xl/media/") == 0 && part.first.back() != '/') ++media;  // not the folder entry
         EXPECT_EQ(static_cast<size_t>(book->pictureSize()), media) << path;
-        for (int i = 0; i < book->pictureSize(); ++i) {
-            const char* data = nullptr;
-            unsigned size = 0;
-            book->getPicture(i, &data, &size);
-            bool found = false;
-            for (const auto& part : parts)
-                if (part.first.compare(0, 9, "xl/media/") == 0 && part.second.size() == size && std::memcmp(part.second.data(), data, size) == 0)
-                    found = true;
-            EXPECT_TRUE(found) << path << " picture " << i;
-        }
         ++books;
         for (int s = 0; s < book->sheetCount(); ++s) {
             ISheetT<char>* sheet = book->getSheet(s);
@@ -220,9 +246,55 @@ TEST(XlsxCorpusEdit, PicturesReadBackAsTheirMediaFiles) {
                 ++anchored;
             }
         }
+        ISheetT<char>* probe = book->addSheet("size probe");
+        ASSERT_NE(probe, nullptr) << path << ": " << book->errorMessage();
+        for (int i = 0; i < book->pictureSize(); ++i) {
+            const char* data = nullptr;
+            unsigned size = 0;
+            int type = book->getPicture(i, &data, &size);
+            std::string picture(data ? data : "", data ? size : 0);
+            bool found = false;
+            std::string name;
+            for (const auto& part : parts)
+                if (part.first.compare(0, 9, "xl/media/") == 0 && part.second == picture) found = true, name = part.first;
+            EXPECT_TRUE(found) << path << " picture " << i;
+            ++types[type];
+            int want[2] = {-1, -1};
+            if (type == PictureWmf) {
+                want[0] = want[1] = 200;
+            } else if (type == PictureEmf && picture.size() >= 24) {
+                want[0] = le32At(picture, 16);
+                want[1] = le32At(picture, 20);
+            } else if (!sizeByFileTool(picture, &want[0], &want[1])) {
+                ADD_FAILURE() << path << " " << name << ": the file tool tells no size of this "
+                              << (type == PicturePng ? "PNG" : type == PictureJpeg ? "JPEG" : "picture");
+                continue;
+            }
+            probe->setPicture(0, 0, i, 1.0);
+            int width = -1, height = -1;
+            EXPECT_EQ(probe->getPicture(probe->pictureSize() - 1, nullptr, nullptr, nullptr, nullptr, &width, &height), i)
+                << path << " " << name << ": " << book->errorMessage();
+            // Bounds of a metafile that lie above or left of its origin give no size that a
+            // picture can be placed at; it is placed all the same, and must not break anything.
+            if (want[0] <= 0 || want[1] <= 0) {
+                ++unplaceable;
+                continue;
+            }
+            EXPECT_EQ(width, want[0]) << path << " " << name;
+            EXPECT_EQ(height, want[1]) << path << " " << name;
+            ++sized;
+        }
+        const char* saved = nullptr;
+        unsigned savedSize = 0;
+        EXPECT_TRUE(book->saveRaw(&saved, &savedSize)) << path << ": " << book->errorMessage();
     }
+    std::printf("%d books, %d anchored pictures; %d pictures sized, %d metafiles with bounds off the origin (PNG %d, JPEG %d, "
+                "BMP %d, WMF %d, EMF %d)\n",
+                books, anchored, sized, unplaceable, types[PicturePng], types[PictureJpeg], types[PictureDib], types[PictureWmf],
+                types[PictureEmf]);
     EXPECT_GT(books, 0);
     EXPECT_GT(anchored, 0);
+    EXPECT_GT(sized, 0);
 }
 
 }  // namespace

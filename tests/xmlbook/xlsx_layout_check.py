@@ -6,6 +6,12 @@ from xml.etree.ElementTree import fromstring
 import openpyxl
 from openpyxl.drawing.spreadsheet_drawing import SpreadsheetDrawing
 
+try:
+    import PIL  # noqa: F401
+    print("IMAGING\tTrue")
+except ImportError:
+    print("IMAGING\tFalse")
+
 book = openpyxl.load_workbook(sys.argv[1])
 for ws in book.worksheets:
     name = ws.title
@@ -26,6 +32,11 @@ for ws in book.worksheets:
     print("BREAKS\t%s\t%s\t%s" % (name, [b.id for b in ws.row_breaks.brk], [b.id for b in ws.col_breaks.brk]))
     print("HEADER\t%s\t%s" % (name, ws.oddHeader.center.text))
     print("PROTECT\t%s\t%s" % (name, ws.protection.sheet))
+    # Pictures as openpyxl loads them (with an imaging library): the anchor and the image's own size.
+    for image in ws._images:
+        a = image.anchor
+        print("PICTURE\t%s\t%d\t%d\t%d\t%d\t%d\t%d\t%d\t%d" % (name, a._from.row, a._from.col, a._from.rowOff, a._from.colOff,
+                                                            a.to.row, a.to.col, image.width, image.height))
     for row in ws.iter_rows():
         for cell in row:
             if cell.value is not None:

@@ -1,7 +1,8 @@
 // Sheets we edit and set up, read by independent programs: python3-openpyxl sees the widths,
 // heights, hidden state, merges, panes, page setup, margins, breaks, header and pictures we wrote,
-// ssconvert reads the shifted values, and the sheet and drawing parts are valid against the
-// published schemas. Each check skips with a message when its tool is missing.
+// ssconvert reads the shifted values and sees the pictures at their anchors, and the sheet and
+// drawing parts are valid against the published schemas. Each check skips with a message when its
+// tool is missing.
 #include <cstdio>
 #include <fstream>
 #include <sstream>
@@ -27,14 +28,6 @@ std::string run(const std::string& cmd, int* status = nullptr) {
 
 bool has(const std::string& text, const std::string& line) { return text.find(line + "\n") != std::string::npos; }
 
-std::string png(unsigned width, unsigned height) {
-    std::string d("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16);
-    for (unsigned v : {width, height})
-        for (int shift = 24; shift >= 0; shift -= 8) d.push_back(static_cast<char>((v >> shift) & 0xFF));
-    d.append("\x08\x02\x00\x00\x00", 5);
-    return d;
-}
-
 std::string writeLaidOutBook() {
     BookPtr<char> book = newXmlBook<char>();
     ISheetT<char>* sheet = book->addSheet("Laid out");
@@ -58,10 +51,15 @@ std::string writeLaidOutBook() {
     sheet->setHorPageBreak(20, true);
     sheet->setVerPageBreak(3, true);
     sheet->setProtect(true);
-    std::string image = png(150, 40);
+    std::string image = wholePng(150, 40);
     int id = book->addPicture2(image.data(), static_cast<unsigned>(image.size()));
     EXPECT_EQ(id, 0) << book->errorMessage();
     sheet->setPicture2(12, 1, id, 150, 40);
+    // A second picture at its own size, 50 pixels right of and 10 below the corner of B17: its 30
+    // by 20 pixels reach 16 pixels into column C and 10 into row 18.
+    std::string small = wholePng(30, 20);
+    int second = book->addPicture2(small.data(), static_cast<unsigned>(small.size()));
+    sheet->setPicture(16, 1, second, 1.0, 50, 10);
     std::string path = tmpPath("interop-layout.xlsx");
     EXPECT_TRUE(book->save(path.c_str())) << book->errorMessage();
     return path;
@@ -87,6 +85,13 @@ TEST(XlsxLayoutInterop, OpenpyxlReadsLayoutPrintSettingsAndPictures) {
     EXPECT_TRUE(has(seen, "PROTECT\tLaid out\tTrue")) << seen;
     // 150 pixels from column B: two columns of 64, then 22 pixels into column D.
     EXPECT_TRUE(has(seen, "IMAGE\txl/drawings/drawing1.xml\t12\t1\t14\t3\t209550\trId1")) << seen;
+    // With an imaging library openpyxl loads the picture itself, at its anchor and with its size.
+    if (has(seen, "IMAGING\tTrue")) {
+        EXPECT_TRUE(has(seen, "PICTURE\tLaid out\t12\t1\t0\t0\t14\t3\t150\t40")) << seen;
+        EXPECT_TRUE(has(seen, "PICTURE\tLaid out\t16\t1\t95250\t476250\t17\t2\t30\t20")) << seen;
+    } else {
+        std::printf("no imaging library for python3: openpyxl's own picture loading is not checked\n");
+    }
     EXPECT_TRUE(has(seen, "C\tLaid out\t0\t1\t2")) << seen;
     EXPECT_TRUE(has(seen, "C\tLaid out\t3\t0\t20")) << seen;
     EXPECT_TRUE(has(seen, "C\tLaid out\t6\t2\t53")) << seen;
@@ -106,6 +111,23 @@ TEST(XlsxLayoutInterop, SsconvertReadsTheShiftedValues) {
     std::string values = text.str();
     EXPECT_EQ(values.find("0,2,3,\n10,12,13,\n,,,\n20,22,23,\n"), 0u) << values;
     EXPECT_NE(values.find("\n50,52,53,\n"), std::string::npos) << values;
+}
+
+// ssconvert reads our pictures as image objects over the cells of their anchors.
+TEST(XlsxLayoutInterop, SsconvertSeesThePicturesAtTheirAnchors) {
+    int status = -1;
+    run("command -v ssconvert >/dev/null 2>&1 && command -v zcat >/dev/null 2>&1", &status);
+    if (status != 0) GTEST_SKIP() << "ssconvert or zcat is not installed";
+    std::string path = writeLaidOutBook();
+    std::string native = tmpPath("interop-layout.gnumeric");
+    run("ssconvert '" + path + "' '" + native + "' 2>/dev/null", &status);
+    ASSERT_EQ(status, 0);
+    std::string xml = run("zcat '" + native + "'");
+    size_t images = 0;
+    for (size_t pos = 0; (pos = xml.find("<gnm:SheetObjectImage ", pos)) != std::string::npos; ++pos) ++images;
+    EXPECT_EQ(images, 2u) << xml.substr(0, 2000);
+    EXPECT_NE(xml.find("ObjectBound=\"B13:D15\""), std::string::npos);
+    EXPECT_NE(xml.find("ObjectBound=\"B17:C18\""), std::string::npos);
 }
 
 TEST(XlsxLayoutInterop, SheetAndDrawingPartsAreValid) {

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include <zlib.h>
+
 #include "zelvar.h"
 #include "zip/zip_reader.h"
 #include "zip/zip_writer.h"
@@ -76,6 +78,34 @@ inline std::string makePackage(const std::map<std::string, std::string>& parts) 
     std::string bytes(data, size);
     std::free(const_cast<char*>(data));
     return bytes;
+}
+
+// A complete grey PNG of the given size, which image libraries open.
+inline std::string wholePng(unsigned width, unsigned height) {
+    auto be32 = [](std::string& out, unsigned long v) {
+        for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<char>((v >> shift) & 0xFF));
+    };
+    auto chunk = [&](std::string& out, const char* type, const std::string& body) {
+        be32(out, body.size());
+        std::string typed = std::string(type, 4) + body;
+        out += typed;
+        be32(out, crc32(0, reinterpret_cast<const Bytef*>(typed.data()), static_cast<uInt>(typed.size())));
+    };
+    std::string header;
+    be32(header, width);
+    be32(header, height);
+    header.append("\x08\x00\x00\x00\x00", 5);  // 8-bit grey, no interlace
+    std::string rows;
+    for (unsigned r = 0; r < height; ++r) rows += std::string(1, '\0') + std::string(width, static_cast<char>(r * 7));
+    uLongf size = compressBound(static_cast<uLong>(rows.size()));
+    std::string packed(size, '\0');
+    compress(reinterpret_cast<Bytef*>(&packed[0]), &size, reinterpret_cast<const Bytef*>(rows.data()), static_cast<uLong>(rows.size()));
+    packed.resize(size);
+    std::string out("\x89PNG\r\n\x1a\n", 8);
+    chunk(out, "IHDR", header);
+    chunk(out, "IDAT", packed);
+    chunk(out, "IEND", std::string());
+    return out;
 }
 
 inline std::string tmpPath(const std::string& name) { return std::string(ZELVAR_TEST_TMP) + "/" + name; }
