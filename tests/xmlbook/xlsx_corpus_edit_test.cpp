@@ -186,12 +186,7 @@ TEST(XlsxCorpusEdit, InsertAndRemoveKeepOracleCellsAndOtherParts) {
 bool sizeByFileTool(const std::string& bytes, int* width, int* height) {
     std::string path = tmpPath("corpus-picture.bin");
     std::ofstream(path, std::ios::binary) << bytes;
-    std::string out;
-    if (FILE* pipe = popen(("file -b '" + path + "' 2>/dev/null").c_str(), "r")) {
-        char buf[512];
-        for (size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) > 0;) out.append(buf, n);
-        pclose(pipe);
-    }
+    std::string out = run("file -b '" + path + "' 2>/dev/null");
     std::smatch m;
     // "PNG image data, 130 x 92, ...", "PC bitmap, Windows 3.x format, 32 x -32 x 24, ...",
     // "JPEG image data, ..., precision 8, 192x176, ..."

@@ -14,18 +14,6 @@ using namespace xmltest;
 
 namespace {
 
-std::string run(const std::string& cmd, int* status = nullptr) {
-    std::string out;
-    FILE* pipe = popen(cmd.c_str(), "r");
-    if (!pipe) return out;
-    char buf[65536];
-    size_t n;
-    while ((n = std::fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
-    int rc = pclose(pipe);
-    if (status) *status = rc;
-    return out;
-}
-
 bool haveOpenpyxl() {
     int status = -1;
     run(std::string(ZELVAR_PYTHON) + " -c 'import openpyxl' 2>/dev/null", &status);

@@ -17,14 +17,6 @@ class XmlSharedFormula : public ::testing::Test {};
 using Widths = ::testing::Types<char, wchar_t>;
 TYPED_TEST_SUITE(XmlSharedFormula, Widths);
 
-template <class T>
-std::string narrow(const T* text) {
-    std::string out;
-    if (text)
-        for (; *text; ++text) out.push_back(static_cast<char>(*text));
-    return out;
-}
-
 // Column A holds 1 to 4; B1 is the master of "A1+1" over B1:B4, B2 to B4 are its members, with
 // cached values of 0 that only a recalculation corrects. D1 is a group of its own with no other
 // member.
@@ -129,17 +121,6 @@ TYPED_TEST(XmlSharedFormula, OverwritingAMemberOrALoneMasterHandsNothingOn) {
     ASSERT_TRUE(sheet->writeNum(0, 1, 5));
     ASSERT_TRUE(sheet->writeNum(1, 1, 5));
     EXPECT_EQ(narrow(sheet->readFormula(3, 1)), "A4+1");
-}
-
-std::string run(const std::string& cmd, int* status) {
-    std::string out;
-    FILE* pipe = popen(cmd.c_str(), "r");
-    if (!pipe) return out;
-    char buf[4096];
-    size_t n;
-    while ((n = std::fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
-    *status = pclose(pipe);
-    return out;
 }
 
 // Independent readers see the group handed on: openpyxl expands the members' formulas from the

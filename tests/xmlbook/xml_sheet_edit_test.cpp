@@ -22,14 +22,6 @@ std::string sheetXml(IBookT<T>* book) {
     return savedEntries(book)["xl/worksheets/sheet1.xml"];
 }
 
-template <class T>
-std::string narrow(const T* text) {
-    std::string out;
-    if (text)
-        for (; *text; ++text) out.push_back(static_cast<char>(*text));
-    return out;
-}
-
 TYPED_TEST(XmlEdit, InsertedRowsMoveCellsAndMergesButNotFormulaText) {
     using T = TypeParam;
     BookPtr<T> book = newXmlBook<T>();

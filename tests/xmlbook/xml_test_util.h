@@ -3,6 +3,7 @@
 #pragma once
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <memory>
@@ -105,6 +106,28 @@ inline std::string wholePng(unsigned width, unsigned height) {
     chunk(out, "IHDR", header);
     chunk(out, "IDAT", packed);
     chunk(out, "IEND", std::string());
+    return out;
+}
+
+// A caller's text as narrow text, each character cut to 8 bits; empty for null.
+template <class T>
+std::string narrow(const T* text) {
+    std::string out;
+    if (text)
+        for (; *text; ++text) out.push_back(static_cast<char>(*text));
+    return out;
+}
+
+// Runs a shell command and gives its standard output; the exit status goes to status if given.
+inline std::string run(const std::string& cmd, int* status = nullptr) {
+    std::string out;
+    FILE* pipe = popen(cmd.c_str(), "r");
+    if (!pipe) return out;
+    char buf[65536];
+    size_t n;
+    while ((n = std::fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
+    int rc = pclose(pipe);
+    if (status) *status = rc;
     return out;
 }
 
