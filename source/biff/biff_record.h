@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "biff/xls.h"
+#include "frame/little_endian.h"
 #include "frame/zverror.h"
 
 // The field readers run once per field of every record loaded: always inline.
@@ -82,14 +83,13 @@ public:
     }
     ZV_INLINE uint16_t u16() {
         need(2);
-        uint16_t v = static_cast<uint16_t>(_data[_pos] | _data[_pos + 1] << 8);
+        uint16_t v = le::get16(_data + _pos);
         _pos += 2;
         return v;
     }
     ZV_INLINE uint32_t u32() {
         need(4);
-        uint32_t v = static_cast<uint32_t>(_data[_pos]) | static_cast<uint32_t>(_data[_pos + 1]) << 8 |
-                     static_cast<uint32_t>(_data[_pos + 2]) << 16 | static_cast<uint32_t>(_data[_pos + 3]) << 24;
+        uint32_t v = le::get32(_data + _pos);
         _pos += 4;
         return v;
     }
@@ -137,7 +137,7 @@ public:
         out.reserve(count);
         if (flags & 1) {
             need(count * 2);
-            for (size_t i = 0; i < count; ++i) out.push_back(static_cast<wchar_t>(_data[_pos + 2 * i] | _data[_pos + 2 * i + 1] << 8));
+            for (size_t i = 0; i < count; ++i) out.push_back(static_cast<wchar_t>(le::get16(_data + _pos + 2 * i)));
             _pos += count * 2;
         } else {
             need(count);
@@ -168,14 +168,8 @@ private:
 class RecordWriter {
 public:
     void u8(uint8_t v) { _data.push_back(v); }
-    void u16(uint16_t v) {
-        _data.push_back(static_cast<uint8_t>(v));
-        _data.push_back(static_cast<uint8_t>(v >> 8));
-    }
-    void u32(uint32_t v) {
-        u16(static_cast<uint16_t>(v));
-        u16(static_cast<uint16_t>(v >> 16));
-    }
+    void u16(uint16_t v) { le::append16(_data, v); }
+    void u32(uint32_t v) { le::append32(_data, v); }
     void f64(double v) {
         uint8_t b[8];
         std::memcpy(b, &v, 8);

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <vector>
 
+#include "frame/little_endian.h"
+
 namespace zelvar {
 
 // Kind numbers stored in the sheet index entries.
@@ -94,7 +96,7 @@ struct Formula {
     std::vector<uint8_t> tokens;
     const wchar_t* stringValue = nullptr;
 
-    uint16_t resultWord() const { return static_cast<uint16_t>(result[6] | result[7] << 8); }
+    uint16_t resultWord() const { return le::get16(result + 6); }
     bool isNumber() const { return resultWord() < 65535; }
     double number() const {
         double v;

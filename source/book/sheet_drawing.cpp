@@ -237,15 +237,15 @@ const T* SheetImplT<T>::readComment(int row, int col) const {
         const bool biff5 = _book->biff5();
         for (size_t i = 0; i < _noteShs.size(); ++i) {
             const auto& p = _noteShs[i].payload;
-            if (p.size() < 6 || artU16(p.data()) != row || artU16(p.data() + 2) != col) continue;
+            if (p.size() < 6 || le::get16(p.data()) != row || le::get16(p.data() + 2) != col) continue;
             std::wstring text;
             if (biff5) {
                 // The text rides in the note itself and in notes with row 0xFFFF behind it.
                 for (size_t j = i; j < _noteShs.size(); ++j) {
                     const auto& q = _noteShs[j].payload;
-                    if (j > i && (q.size() < 6 || artU16(q.data()) != 0xFFFF)) break;
+                    if (j > i && (q.size() < 6 || le::get16(q.data()) != 0xFFFF)) break;
                     if (q.size() < 6) break;
-                    size_t n = std::min<size_t>(artU16(q.data() + 4), q.size() - 6);
+                    size_t n = std::min<size_t>(le::get16(q.data() + 4), q.size() - 6);
                     for (size_t k = 0; k < n; ++k) text.push_back(static_cast<wchar_t>(q[6 + k]));
                 }
                 _book->decodeCodePage(text);

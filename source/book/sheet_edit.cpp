@@ -9,12 +9,10 @@
 namespace zelvar {
 
 namespace {
-uint16_t noteRow(const std::vector<uint8_t>& p) { return p.size() >= 4 ? static_cast<uint16_t>(p[0] | p[1] << 8) : 0; }
-uint16_t noteCol(const std::vector<uint8_t>& p) { return p.size() >= 4 ? static_cast<uint16_t>(p[2] | p[3] << 8) : 0; }
+uint16_t noteRow(const std::vector<uint8_t>& p) { return p.size() >= 4 ? le::get16(&p[0]) : 0; }
+uint16_t noteCol(const std::vector<uint8_t>& p) { return p.size() >= 4 ? le::get16(&p[2]) : 0; }
 void setNoteField(std::vector<uint8_t>& p, size_t at, unsigned v) {
-    if (p.size() < at + 2) return;
-    p[at] = static_cast<uint8_t>(v);
-    p[at + 1] = static_cast<uint8_t>(v >> 8);
+    if (p.size() >= at + 2) le::put16(&p[at], v);
 }
 
 // Line numbers far outside the grid act like the grid's edge plus its size; limiting them keeps

@@ -60,15 +60,16 @@ const wchar_t* SheetImplT<wchar_t>::tc(const wchar_t* text) const {
 namespace {
 // Whether a formula's tokens are only a reference to a group's master cell, and which.
 bool isExp(const std::vector<uint8_t>& tokens, unsigned& row, unsigned& col) {
-    if (tokens.size() < 7 || (tokens[0] | tokens[1] << 8) != 5 || tokens[2] != 0x01) return false;
-    row = tokens[3] | tokens[4] << 8;
-    col = tokens[5] | tokens[6] << 8;
+    if (tokens.size() < 7 || le::get16(&tokens[0]) != 5 || tokens[2] != 0x01) return false;
+    row = le::get16(&tokens[3]);
+    col = le::get16(&tokens[5]);
     return true;
 }
 void setExp(std::vector<uint8_t>& tokens, unsigned row, unsigned col) {
     std::vector<uint8_t> rest(tokens.size() > 7 ? tokens.begin() + 7 : tokens.end(), tokens.end());
-    tokens = {5, 0, 0x01, static_cast<uint8_t>(row), static_cast<uint8_t>(row >> 8), static_cast<uint8_t>(col),
-              static_cast<uint8_t>(col >> 8)};
+    tokens = {5, 0, 0x01};
+    le::append16(tokens, row);
+    le::append16(tokens, col);
     tokens.insert(tokens.end(), rest.begin(), rest.end());
 }
 }  // namespace
@@ -83,7 +84,7 @@ void SheetImplT<T>::delSharedFormula(int row, int col) {
         return;
     if (!master.shared || master.shrFmla.size() < 6) return;
     const std::vector<uint8_t>& range = master.shrFmla;
-    unsigned rwFirst = range[0] | range[1] << 8, rwLast = range[2] | range[3] << 8;
+    unsigned rwFirst = le::get16(&range[0]), rwLast = le::get16(&range[2]);
     unsigned colFirst = range[4], colLast = range[5];
     bool moved = false;
     unsigned newRow = 0, newCol = 0;
@@ -719,12 +720,12 @@ const T* SheetImplT<T>::readFormula(int row, int col, IFormatT<T>** format) {
         const FormulaBlock& block = _formulas[SheetIndex::position(e)];
         const std::vector<uint8_t>& tokens = block.formula.tokens;
         if (tokens.size() < 2) throw zverror("Formula size is incorrect");
-        size_t cce = std::min<size_t>(tokens[0] | tokens[1] << 8, tokens.size() - 2);
+        size_t cce = std::min<size_t>(le::get16(&tokens[0]), tokens.size() - 2);
         const uint8_t* rgce = tokens.data() + 2;
         bool biff5 = _book->biff5();
         bool done = false;
         if (cce == 5 && rgce[0] == 0x01) {
-            unsigned masterRow = rgce[1] | rgce[2] << 8, masterCol = rgce[3] | rgce[4] << 8;
+            unsigned masterRow = le::get16(rgce + 1), masterCol = le::get16(rgce + 3);
             uint32_t m = masterCol < 256 ? _sheetIndex.get(masterRow, masterCol) : 0;
             if (m && SheetIndex::kind(m) == KindFormula) {
                 const FormulaBlock& master = _formulas[SheetIndex::position(m)];
@@ -733,7 +734,7 @@ const T* SheetImplT<T>::readFormula(int row, int col, IFormatT<T>** format) {
                                                     : master.arrayType == 545 ? &master.arrayRecord : nullptr;
                 size_t head = master.shared ? 8 : 12;
                 if (group && group->size() >= head + 2) {
-                    size_t groupCce = std::min<size_t>((*group)[head] | (*group)[head + 1] << 8, group->size() - head - 2);
+                    size_t groupCce = std::min<size_t>(le::get16(group->data() + head), group->size() - head - 2);
                     _formulaText = GetFormula::getFormula(group->data() + head + 2, groupCce, biff5, *_book,
                                                           master.shared, static_cast<uint16_t>(row), static_cast<uint16_t>(col));
                     done = true;
@@ -763,8 +764,7 @@ bool SheetImplT<T>::writeFormula(int row, int col, const T* value, IFormatT<T>* 
         FormulaEncoder::makeFormula(tokens, rpn, *_book, funcs);
         size_t cce = tokens.size() - 2;
         if (cce > 8000) throw zverror("formula is too long");
-        tokens[0] = static_cast<uint8_t>(cce);
-        tokens[1] = static_cast<uint8_t>(cce >> 8);
+        le::put16(&tokens[0], static_cast<uint32_t>(cce));
         uint32_t& e = _sheetIndex(row, col);
         delSharedFormula(row, col);
         if (e && SheetIndex::kind(e) == KindFormula) {

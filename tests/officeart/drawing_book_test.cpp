@@ -79,8 +79,8 @@ Fdg fdgOf(const std::vector<DrawingRecord>& records) {
     if (nodes.empty()) return fdg;
     if (const ArtNode* f = nodes[0].find(0xF008)) {
         fdg.dgid = f->header.instance();
-        fdg.csp = artU32(f->body.data());
-        fdg.spidCur = artU32(f->body.data() + 4);
+        fdg.csp = le::get32(f->body.data());
+        fdg.spidCur = le::get32(f->body.data() + 4);
     }
     return fdg;
 }
@@ -375,7 +375,7 @@ TEST(DrawingComments, WideTextAndAFontTheBookHas) {
     ASSERT_GE(records.size(), 2u);
     const auto& runs = records.back().payload;
     ASSERT_EQ(16u, runs.size());
-    EXPECT_EQ(5, artU16(runs.data() + 2));
+    EXPECT_EQ(5, le::get16(runs.data() + 2));
 }
 
 TEST(DrawingComments, NotesMoveWithInsertedAndRemovedRows) {

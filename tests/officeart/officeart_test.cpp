@@ -134,7 +134,7 @@ TEST(OfficeArtRecord, TreeReadsAndWritesBackEveryByte) {
 
     // A child that runs past its container, and bytes too few for a record.
     std::vector<uint8_t> broken = bytes;
-    artPut32(broken.data() + 8 + 16 + 8 + 4, 5000);  // the picture shape's length
+    le::put32(broken.data() + 8 + 16 + 8 + 4, 5000);  // the picture shape's length
     EXPECT_EQ("error in record OfficeArtSpContainer", errorOf([&] { parseOfficeArt(broken.data(), broken.size()); }));
     std::vector<uint8_t> tail = bytes;
     tail.insert(tail.end(), 3, 0);
@@ -368,8 +368,8 @@ TEST(SheetDrawing, NewShapesGoIntoTheGroupOfALoadedDrawing) {
     for (bool sameRecord : {true, false}) {
         ArtNode dg = makeContainer(OfficeArtDgContainer::kType);
         std::vector<uint8_t> fdg;
-        artAdd32(fdg, 2);
-        artAdd32(fdg, 1025);
+        le::append32(fdg, 2);
+        le::append32(fdg, 1025);
         dg.children.push_back(makeAtom(OfficeArtRecordHeader(0, 1, 0xF008, 0), fdg));
         ArtNode spgr = makeContainer(OfficeArtSpgrContainer::kType);
         std::vector<uint8_t> sp = pictureShape(1025, 1, OfficeArtCoord{});
@@ -402,8 +402,8 @@ TEST(SheetDrawing, NewShapesGoIntoTheGroupOfALoadedDrawing) {
         ASSERT_EQ(3u, nodes[0].children.size());
         EXPECT_EQ(0xF005, nodes[0].children[2].header.type);
         EXPECT_EQ(2u, nodes[0].children[1].children.size());
-        EXPECT_EQ(3u, artU32(nodes[0].children[0].body.data()));          // csp
-        EXPECT_EQ(1026u, artU32(nodes[0].children[0].body.data() + 4));   // spidCur
+        EXPECT_EQ(3u, le::get32(nodes[0].children[0].body.data()));          // csp
+        EXPECT_EQ(1026u, le::get32(nodes[0].children[0].body.data() + 4));   // spidCur
         // The new shape's Obj follows its MsoDrawing, and the solver comes after both.
         ASSERT_EQ(5u, objects.size());
         EXPECT_EQ(kMsoDrawing, objects[2].id);
