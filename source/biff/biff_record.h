@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "biff/record_ids.h"
 #include "biff/xls.h"
 #include "frame/little_endian.h"
 #include "frame/zverror.h"
@@ -234,7 +235,7 @@ void readRaw(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>&
 template <class T>
 void readRawWithContinues(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
     readRaw(xls, type, size, into);
-    while (!xls.eof() && xls.peekInt16() == 0x003C) {
+    while (!xls.eof() && xls.peekInt16() == rt::Continue) {
         uint16_t id = 0, length = 0;
         xls.readInt16(&id);
         xls.readInt16(&length);

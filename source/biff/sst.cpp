@@ -370,7 +370,7 @@ void SST<T>::read(XlsStream& xls, uint16_t size, MemPool* pool) {
     unsigned left = size - 8u;
     for (uint32_t i = 0; i < unique; ++i) {
         // Counts that promise more strings than the table holds end at the table's end.
-        if (left == 0 && (xls.eof() || xls.peekInt16() != 0x003C)) break;
+        if (left == 0 && (xls.eof() || xls.peekInt16() != rt::Continue)) break;
         insertLoaded(readExtString<T>(xls, left, pool));
     }
     if (left > 0) {

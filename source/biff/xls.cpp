@@ -491,7 +491,7 @@ int readContinued(XlsStream& xls, char* data, int n, uint16_t& left, const char*
     while (n > 0) {
         if (left == 0) {
             uint16_t id = 0, size = 0;
-            if (xls.readInt16(&id) < 2 || id != 0x003C) throw zverror(message);
+            if (xls.readInt16(&id) < 2 || id != rt::Continue) throw zverror(message);
             xls.readInt16(&size);
             left = size;
             if (left == 0) continue;
@@ -756,7 +756,7 @@ void RecordReader::fail() const { throw zverror(std::string(_name) + " size is i
 void writeContinue(XlsStream& xls, uint16_t& left) {
     uint32_t sizeField = xls.writePos() + left - 8226;
     xls.patchInt16(sizeField, static_cast<uint16_t>(8224 - left));
-    xls.write(0x003C, 8224);
+    xls.write(rt::Continue, 8224);
     left = 8224;
 }
 

@@ -19,7 +19,7 @@ namespace {
 template <class T>
 size_t externSheetAt(const std::vector<Biff<T>>& block) {
     for (size_t r = 0; r < block.size(); ++r)
-        if (block[r].id == 23) return r;
+        if (block[r].id == rt::ExternSheet) return r;
     return block.size();
 }
 
@@ -28,7 +28,7 @@ size_t externSheetAt(const std::vector<Biff<T>>& block) {
 template <class T>
 std::vector<uint8_t> joinedTable(const std::vector<Biff<T>>& block, size_t at) {
     std::vector<uint8_t> table = block[at].payload;
-    for (size_t r = at + 1; r < block.size() && block[r].id == 60; ++r)
+    for (size_t r = at + 1; r < block.size() && block[r].id == rt::Continue; ++r)
         table.insert(table.end(), block[r].payload.begin(), block[r].payload.end());
     return table;
 }
@@ -40,7 +40,7 @@ template <class T>
 void storeTable(std::vector<Biff<T>>& block, size_t at, const std::vector<uint8_t>& table) {
     size_t end = at + 1;
     size_t length = block[at].payload.size();
-    while (end < block.size() && block[end].id == 60) length += block[end++].payload.size();
+    while (end < block.size() && block[end].id == rt::Continue) length += block[end++].payload.size();
     if (length == table.size()) {
         size_t from = 0;
         for (size_t r = at; r < end; ++r) {
@@ -53,11 +53,11 @@ void storeTable(std::vector<Biff<T>>& block, size_t at, const std::vector<uint8_
     std::vector<Biff<T>> pieces;
     const size_t entriesPerRecord = 8224 / 6;
     size_t first = std::min(table.size(), 2 + 6 * entriesPerRecord);
-    pieces.emplace_back(23);
+    pieces.emplace_back(rt::ExternSheet);
     pieces.back().payload.assign(table.begin(), table.begin() + static_cast<long>(first));
     for (size_t from = first; from < table.size(); from += 6 * entriesPerRecord) {
         size_t to = std::min(table.size(), from + 6 * entriesPerRecord);
-        pieces.emplace_back(60);
+        pieces.emplace_back(rt::Continue);
         pieces.back().payload.assign(table.begin() + static_cast<long>(from), table.begin() + static_cast<long>(to));
     }
     block.erase(block.begin() + static_cast<long>(at), block.begin() + static_cast<long>(end));
@@ -142,13 +142,13 @@ uint16_t BookImplT<T>::makeXti(const std::wstring& sheet) {
     size_t self = _supBookBlocks.size();
     for (size_t i = 0; i < _supBookBlocks.size(); ++i) {
         const auto& head = _supBookBlocks[i].front();
-        if (head.id == 430 && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
+        if (head.id == rt::SupBook && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
             self = i;
             break;
         }
     }
     if (self == _supBookBlocks.size()) {
-        Biff<T> supBook(430);
+        Biff<T> supBook(rt::SupBook);
         uint16_t tabs = static_cast<uint16_t>(_sheets.size());
         supBook.payload = {static_cast<uint8_t>(tabs), static_cast<uint8_t>(tabs >> 8), 1, 4};
         _supBookBlocks.push_back({supBook});
@@ -162,7 +162,7 @@ uint16_t BookImplT<T>::makeXti(const std::wstring& sheet) {
             size_t r = externSheetAt(block);
             if (r == block.size()) continue;
             size_t end = r + 1;
-            while (end < block.size() && block[end].id == 60) ++end;
+            while (end < block.size() && block[end].id == rt::Continue) ++end;
             at = last.size();
             last.insert(last.end(), block.begin() + static_cast<long>(r), block.begin() + static_cast<long>(end));
             block.erase(block.begin() + static_cast<long>(r), block.begin() + static_cast<long>(end));
@@ -170,7 +170,7 @@ uint16_t BookImplT<T>::makeXti(const std::wstring& sheet) {
         }
     }
     if (at == last.size()) {
-        last.emplace_back(23);
+        last.emplace_back(rt::ExternSheet);
         last.back().payload = {0, 0};
     }
     std::vector<uint8_t> table = joinedTable(last, at);
@@ -229,7 +229,7 @@ void BookImplT<T>::followSheetList(int index, bool inserted) {
     int self = -1;
     for (size_t i = 0; i < _supBookBlocks.size() && self < 0; ++i) {
         auto& head = _supBookBlocks[i].front();
-        if (head.id == 430 && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
+        if (head.id == rt::SupBook && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
             self = static_cast<int>(i);
             set16(head.payload, 0, static_cast<int>(_sheets.size()));
         }
@@ -270,7 +270,7 @@ bool BookImplT<T>::xtiCoversTab(uint16_t ixti, int tab) const {
     int self = -1;
     for (size_t i = 0; i < _supBookBlocks.size() && self < 0; ++i) {
         const auto& head = _supBookBlocks[i].front();
-        if (head.id == 430 && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4)
+        if (head.id == rt::SupBook && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4)
             self = static_cast<int>(i);
     }
     if (self < 0) return false;
@@ -314,24 +314,24 @@ template <class T>
 void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
     XlsStream& xls = _xls;
     switch (type) {
-        case 14: _calcPrecision = readU16Record(xls, size, "CalcPrecision"); break;
-        case 18: {
+        case rt::CalcPrecision: _calcPrecision = readU16Record(xls, size, "CalcPrecision"); break;
+        case rt::Protect: {
             // Writers differ in this record's length; its first word is the flag.
             RecordReader in(xls, size, "Protect");
             if (in.left() >= 2) _protect = in.u16();
             break;
         }
-        case 19: _password = readU16Record(xls, size, "Password"); break;
-        case 24: {
+        case rt::Password: _password = readU16Record(xls, size, "Password"); break;
+        case rt::Lbl: {
             std::vector<Biff<T>> name;
             readRawWithContinues(xls, type, size, name);
             _lbls.push_back(std::move(name));
             break;
         }
-        case 25: _winProtect = readU16Record(xls, size, "WinProtect"); break;
-        case 34: _date1904 = readU16Record(xls, size, "Date1904"); break;
-        case 47: throw zverror("workbook is encrypted");
-        case 49: {
+        case rt::WinProtect: _winProtect = readU16Record(xls, size, "WinProtect"); break;
+        case rt::Date1904: _date1904 = readU16Record(xls, size, "Date1904"); break;
+        case rt::FilePass: throw zverror("workbook is encrypted");
+        case rt::Font: {
             RecordReader in(xls, size, "Font");
             if (size < 14) in.fail();
             std::unique_ptr<FontImplT<T>> font(new FontImplT<T>(this));
@@ -349,7 +349,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _fonts.push_back(font.release());
             break;
         }
-        case 61: {
+        case rt::Window1: {
             RecordReader in(xls, size, "Window1");
             if (size != 18) in.fail();
             _window1.xWn = in.u16();
@@ -363,14 +363,14 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _window1.wTabRatio = in.u16();
             break;
         }
-        case 64: _backup = readU16Record(xls, size, "Backup"); break;
-        case 66: _codePage = readU16Record(xls, size, "CodePage"); break;
-        case 92: {
+        case rt::Backup: _backup = readU16Record(xls, size, "Backup"); break;
+        case rt::CodePage: _codePage = readU16Record(xls, size, "CodePage"); break;
+        case rt::WriteAccess: {
             RecordReader in(xls, size, "WriteAccess");
             _writeAccess.assign(in.at(), in.at() + in.size());
             break;
         }
-        case 133: {
+        case rt::BoundSheet8: {
             RecordReader in(xls, size, "BoundSheet8");
             if (size < 8 && !(biff5() && size >= 7)) in.fail();
             BoundSheet bound;
@@ -382,15 +382,15 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             if (biff5()) decodeCodePage(_boundSheetNames.back());
             break;
         }
-        case 140: {
+        case rt::Country: {
             RecordReader in(xls, size, "Country");
             if (size != 4) in.fail();
             _country[0] = in.u16();
             _country[1] = in.u16();
             break;
         }
-        case 141: _hideObj = readU16Record(xls, size, "HideObj"); break;
-        case 146: {
+        case rt::HideObj: _hideObj = readU16Record(xls, size, "HideObj"); break;
+        case rt::Palette: {
             RecordReader in(xls, size, "Palette");
             int16_t ccv = static_cast<int16_t>(in.u16());
             if (ccv < 0 || size != 2 + 4 * ccv) in.fail();
@@ -405,8 +405,8 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _paletteUsed = true;
             break;
         }
-        case 156: _builtInFnGroupCount = readU16Record(xls, size, "BuiltInFnGroupCount"); break;
-        case 193: {
+        case rt::BuiltInFnGroupCount: _builtInFnGroupCount = readU16Record(xls, size, "BuiltInFnGroupCount"); break;
+        case rt::Mms: {
             RecordReader in(xls, size, "Mms");
             if (size != 0 && size != 2) in.fail();
             if (size == 2) {
@@ -415,19 +415,19 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             }
             break;
         }
-        case 211: _obProj.read(xls, size); break;
-        case 442: _codeName.read(xls, size); break;
-        case 445: _obNoMacros.read(xls, size); break;
-        case 2172: _xfCRC.read(xls, size); break;
-        case 2188: _compat12.read(xls, size); break;
-        case 2190: _tableStyles.read(xls, size); break;
-        case 2198: _theme.read(xls, size); break;
-        case 2202: _mtrSettings.read(xls, size); break;
-        case 2203: _compressPictures.read(xls, size); break;
-        case 2211: _forceFullCalculation.read(xls, size); break;
-        case 4188: _clrtClient.read(xls, size); break;
-        case 218: _bookBool = readU16Record(xls, size, "BookBool"); break;
-        case 224: {
+        case rt::ObProj: _obProj.read(xls, size); break;
+        case rt::CodeName: _codeName.read(xls, size); break;
+        case rt::ObNoMacros: _obNoMacros.read(xls, size); break;
+        case rt::XFCRC: _xfCRC.read(xls, size); break;
+        case rt::Compat12: _compat12.read(xls, size); break;
+        case rt::TableStyles: _tableStyles.read(xls, size); break;
+        case rt::Theme: _theme.read(xls, size); break;
+        case rt::MTRSettings: _mtrSettings.read(xls, size); break;
+        case rt::CompressPictures: _compressPictures.read(xls, size); break;
+        case rt::ForceFullCalculation: _forceFullCalculation.read(xls, size); break;
+        case rt::ClrtClient: _clrtClient.read(xls, size); break;
+        case rt::BookBool: _bookBool = readU16Record(xls, size, "BookBool"); break;
+        case rt::XF: {
             RecordReader in(xls, size, "XF");
             std::unique_ptr<FormatImplT<T>> format(new FormatImplT<T>(this));
             // A shorter XF stops at any field boundary.
@@ -468,28 +468,28 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _formats.push_back(format.release());
             break;
         }
-        case 225: {
+        case rt::InterfaceHdr: {
             RecordReader in(xls, size, "InterfaceHdr");
             if (size != 0 && size != 2) in.fail();
             if (size == 2) _interfaceHdr = in.u16();
             break;
         }
-        case 226: {
+        case rt::InterfaceEnd: {
             RecordReader in(xls, size, "InterfaceEnd");
             in.done();
             break;
         }
-        case 235:
+        case rt::MsoDrawingGroup:
             // Writers split a large drawing group over several MsoDrawingGroup records, each
             // with its own CONTINUEs; together they are the one drawing group of the book.
             readRawWithContinues(xls, type, size, _drawingGroup);
             break;
-        case 252: _sst.read(xls, size, &_pool); break;
-        case 255: {
+        case rt::SST: _sst.read(xls, size, &_pool); break;
+        case rt::ExtSST: {
             RecordReader skip(xls, size, "ExtSST");
             break;
         }
-        case 317: {
+        case rt::RRTabId: {
             RecordReader in(xls, size, "RRTabId");
             if (size & 1) in.fail();
             if (size >= 2) {
@@ -498,15 +498,15 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             }
             break;
         }
-        case 352: _usesELFs = readU16Record(xls, size, "UsesELFs"); break;
-        case 353: _dsf = readU16Record(xls, size, "DSF"); break;
-        case 430: {
+        case rt::UsesELFs: _usesELFs = readU16Record(xls, size, "UsesELFs"); break;
+        case rt::DSF: _dsf = readU16Record(xls, size, "DSF"); break;
+        case rt::SupBook: {
             std::vector<Biff<T>> block;
             readRaw(xls, type, size, block);
             uint64_t sum = size;
             while (!xls.eof()) {
                 uint16_t next = xls.peekInt16();
-                if (next != 35 && next != 89 && next != 90 && next != 23 && next != 60) break;
+                if (next != rt::ExternName && next != rt::Xct && next != rt::Crn && next != rt::ExternSheet && next != rt::Continue) break;
                 uint16_t nextType = 0, nextSize = 0;
                 xls.readInt16(&nextType);
                 xls.readInt16(&nextSize);
@@ -517,15 +517,15 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _supBookBlocks.push_back(std::move(block));
             break;
         }
-        case 431: _prot4Rev = readU16Record(xls, size, "Prot4Rev"); break;
-        case 439: _refreshAll = readU16Record(xls, size, "RefreshAll"); break;
-        case 444: _prot4RevPass = readU16Record(xls, size, "Prot4RevPass"); break;
-        case 448: {
+        case rt::Prot4Rev: _prot4Rev = readU16Record(xls, size, "Prot4Rev"); break;
+        case rt::RefreshAll: _refreshAll = readU16Record(xls, size, "RefreshAll"); break;
+        case rt::Prot4RevPass: _prot4RevPass = readU16Record(xls, size, "Prot4RevPass"); break;
+        case rt::Excel9File: {
             RecordReader in(xls, size, "Excel9File");
             in.done();
             break;
         }
-        case 449: {
+        case rt::RecalcId: {
             RecordReader in(xls, size, "RecalcId");
             if (size != 8) in.fail();
             _recalcIdRt = in.u16();
@@ -533,7 +533,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _recalcIdBuild = in.u32();
             break;
         }
-        case 659: {
+        case rt::Style: {
             RecordReader in(xls, size, "Style");
             StyleBlock block;
             block.style.ixfe = static_cast<int16_t>(in.u16());
@@ -545,7 +545,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
                 if (biff5()) decodeCodePage(block.style.name);
             }
             in.done();
-            if (!xls.eof() && xls.peekInt16() == 0x0892) {
+            if (!xls.eof() && xls.peekInt16() == rt::StyleExt) {
                 uint16_t extType = 0, extSize = 0;
                 xls.readInt16(&extType);
                 xls.readInt16(&extSize);
@@ -556,7 +556,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _styles.push_back(std::move(block));
             break;
         }
-        case 1054: {
+        case rt::Format: {
             RecordReader in(xls, size, "Format");
             if (size < (biff5() ? 3 : 5)) in.fail();
             uint16_t id = in.u16();
@@ -565,11 +565,11 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             if (biff5()) decodeCodePage(_customNumFormats.back().second);
             break;
         }
-        case 2147: {
+        case rt::BookExt: {
             RecordReader skip(xls, size, "BookExt");
             break;
         }
-        case 2173: readRaw(xls, type, size, _xfExts); break;
+        case rt::XFExt: readRaw(xls, type, size, _xfExts); break;
         default: readRaw(xls, type, size, _unknownRecords); break;
     }
 }
@@ -596,7 +596,7 @@ void writeBof(XlsStream& xls, const Bof& bof) {
     w.u16(bof.rupYear);
     w.u32(bof.bfh);
     w.u32(bof.sfo);
-    w.write(xls, 2057);
+    w.write(xls, rt::Bof);
 }
 
 template <class T>
@@ -611,11 +611,11 @@ void BookImplT<T>::readStream() {
         if (_xls.readInt16(&type) < 2) break;
         if (type == 0) throw zverror("read error: record id can't be 0");
         if (_xls.readInt16(&size) < 2) throw zverror("read error: the stream ends inside a record");
-        if (type == 10) break;
-        if (type == 2057) {
+        if (type == rt::Eof) break;
+        if (type == rt::Bof) {
             if (sawBof) throw zverror("read error: unexpected BOF record");
             _bof = readBof(_xls, size);
-            if (_bof.vers != 1280 && _bof.vers != 1536) throw zverror("This file format isn't supported");
+            if (_bof.vers != Bof::kBiff5 && _bof.vers != Bof::kBiff8) throw zverror("This file format isn't supported");
             sawBof = true;
             continue;
         }
@@ -649,40 +649,40 @@ void BookImplT<T>::writeStream() {
     XlsStream& xls = _xls;
     xls.writeHeader();
     writeBof(xls, _bof);
-    writeU16Record(xls, 225, _interfaceHdr);
-    xls.write(193, 2);
+    writeU16Record(xls, rt::InterfaceHdr, _interfaceHdr);
+    xls.write(rt::Mms, 2);
     xls.write(reinterpret_cast<const char*>(_mms), 2);
-    xls.write(226, 0);
-    xls.write(92, reinterpret_cast<const char*>(_writeAccess.data()), static_cast<int>(_writeAccess.size()));
-    writeU16Record(xls, 66, _codePage);
-    writeU16Record(xls, 353, _dsf);
+    xls.write(rt::InterfaceEnd, 0);
+    xls.write(rt::WriteAccess, reinterpret_cast<const char*>(_writeAccess.data()), static_cast<int>(_writeAccess.size()));
+    writeU16Record(xls, rt::CodePage, _codePage);
+    writeU16Record(xls, rt::DSF, _dsf);
     {
         RecordWriter tabs;
         for (uint16_t id : _rrTabId) tabs.u16(id);
-        tabs.write(xls, 317);
+        tabs.write(xls, rt::RRTabId);
     }
     _obProj.writeIfPresent(xls);
     _obNoMacros.writeIfPresent(xls);
     _codeName.writeIfPresent(xls);
-    writeU16Record(xls, 156, _builtInFnGroupCount);
-    writeU16Record(xls, 25, _winProtect);
-    writeU16Record(xls, 18, _protect);
-    writeU16Record(xls, 19, _password);
-    writeU16Record(xls, 431, _prot4Rev);
-    writeU16Record(xls, 444, _prot4RevPass);
+    writeU16Record(xls, rt::BuiltInFnGroupCount, _builtInFnGroupCount);
+    writeU16Record(xls, rt::WinProtect, _winProtect);
+    writeU16Record(xls, rt::Protect, _protect);
+    writeU16Record(xls, rt::Password, _password);
+    writeU16Record(xls, rt::Prot4Rev, _prot4Rev);
+    writeU16Record(xls, rt::Prot4RevPass, _prot4RevPass);
     {
         RecordWriter w;
         for (uint16_t v : {_window1.xWn, _window1.yWn, _window1.dxWn, _window1.dyWn, _window1.flags,
                            _window1.itabCur, _window1.itabFirst, _window1.ctabSel, _window1.wTabRatio})
             w.u16(v);
-        w.write(xls, 61);
+        w.write(xls, rt::Window1);
     }
-    writeU16Record(xls, 64, _backup);
-    writeU16Record(xls, 141, _hideObj);
-    writeU16Record(xls, 34, _date1904);
-    writeU16Record(xls, 14, _calcPrecision);
-    writeU16Record(xls, 439, _refreshAll);
-    writeU16Record(xls, 218, _bookBool);
+    writeU16Record(xls, rt::Backup, _backup);
+    writeU16Record(xls, rt::HideObj, _hideObj);
+    writeU16Record(xls, rt::Date1904, _date1904);
+    writeU16Record(xls, rt::CalcPrecision, _calcPrecision);
+    writeU16Record(xls, rt::RefreshAll, _refreshAll);
+    writeU16Record(xls, rt::BookBool, _bookBool);
     for (FontImplT<T>* font : _fonts) {
         RecordWriter w;
         w.u16(font->dyHeight);
@@ -695,13 +695,13 @@ void BookImplT<T>::writeStream() {
         w.u8(font->bCharSet);
         w.u8(font->reserved);
         if (!font->fontName.empty()) w.string16(font->fontName, true);
-        w.write(xls, 49);
+        w.write(xls, rt::Font);
     }
     for (const auto& format : _customNumFormats) {
         RecordWriter w;
         w.u16(format.first);
         w.string16(format.second, false);
-        w.write(xls, 1054);
+        w.write(xls, rt::Format);
     }
     for (FormatImplT<T>* format : _formats) {
         RecordWriter w;
@@ -712,7 +712,7 @@ void BookImplT<T>::writeStream() {
         w.u32(format->border);
         w.u32(format->colour);
         w.u16(format->fill);
-        w.write(xls, 224);
+        w.write(xls, rt::XF);
     }
     _xfCRC.writeIfPresent(xls);
     for (const auto& ext : _xfExts) ext.write(xls);
@@ -725,9 +725,9 @@ void BookImplT<T>::writeStream() {
         } else {
             w.string16(block.style.name, false);
         }
-        w.write(xls, 659);
+        w.write(xls, rt::Style);
         if (block.hasStyleExt)
-            xls.write(0x0892, reinterpret_cast<const char*>(block.styleExt.data()), static_cast<int>(block.styleExt.size()));
+            xls.write(rt::StyleExt, reinterpret_cast<const char*>(block.styleExt.data()), static_cast<int>(block.styleExt.size()));
     }
     _tableStyles.writeIfPresent(xls);
     if (_paletteUsed) {
@@ -739,10 +739,10 @@ void BookImplT<T>::writeStream() {
             w.u8(c.blue);
             w.u8(c.reserved);
         }
-        w.write(xls, 146);
+        w.write(xls, rt::Palette);
     }
     _clrtClient.writeIfPresent(xls);
-    writeU16Record(xls, 352, _usesELFs);
+    writeU16Record(xls, rt::UsesELFs, _usesELFs);
     std::vector<uint32_t> boundSheetPositions;
     for (size_t i = 0; i < _sheets.size(); ++i) {
         boundSheetPositions.push_back(xls.writePos());
@@ -751,11 +751,11 @@ void BookImplT<T>::writeStream() {
         w.u8(_boundSheets[i].hsState);
         w.u8(_boundSheets[i].dt);
         if (!_sheets[i]->nameRef().empty()) w.string16(_sheets[i]->nameRef(), true);
-        w.write(xls, 133);
+        w.write(xls, rt::BoundSheet8);
     }
     _mtrSettings.writeIfPresent(xls);
     _forceFullCalculation.writeIfPresent(xls);
-    xls.write(140, 4);
+    xls.write(rt::Country, 4);
     xls.writeInt16(_country[0]);
     xls.writeInt16(_country[1]);
     for (const auto& block : _supBookBlocks)
@@ -767,12 +767,12 @@ void BookImplT<T>::writeStream() {
         std::vector<uint8_t> art = _drawing.bytes();
         for (size_t at = 0; at < art.size(); at += 8224) {
             size_t n = std::min<size_t>(8224, art.size() - at);
-            xls.write(at == 0 ? 235 : 60, reinterpret_cast<const char*>(art.data() + at), static_cast<int>(n));
+            xls.write(at == 0 ? rt::MsoDrawingGroup : rt::Continue, reinterpret_cast<const char*>(art.data() + at), static_cast<int>(n));
         }
     } else {
         for (const auto& record : _drawingGroup) record.write(xls);
     }
-    xls.write(449, 8);
+    xls.write(rt::RecalcId, 8);
     xls.writeInt16(_recalcIdRt);
     xls.writeInt16(_recalcIdReserved);
     xls.writeInt32(_recalcIdBuild);
@@ -781,7 +781,7 @@ void BookImplT<T>::writeStream() {
     _compressPictures.writeIfPresent(xls);
     _compat12.writeIfPresent(xls);
     for (const auto& record : _unknownRecords) record.write(xls);
-    xls.write(10, 0);
+    xls.write(rt::Eof, 0);
 
     for (size_t i = 0; i < _sheets.size(); ++i) {
         uint32_t start = xls.writePos();

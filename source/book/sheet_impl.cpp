@@ -18,7 +18,7 @@ const char kNotImplemented[] = "not implemented";
 
 template <class T>
 SheetImplT<T>::SheetImplT(BookImplT<T>* book) : _book(book) {
-    _bof.dt = 16;
+    _bof.dt = Bof::kWorksheet;
 }
 
 template <class T>
@@ -441,10 +441,12 @@ bool SheetImplT<T>::isDate(int row, int col) const {
     IFormatT<T>* format = nullptr;
     readNum(row, col, &format);
     if (!format) return false;
-    int id = format->numFormat();
-    if ((id >= 0 && id <= 13) || (id >= 37 && id <= 44) || id == 48 || id == 49) return false;
-    if ((id >= 14 && id <= 22) || (id >= 45 && id <= 47)) return true;
-    return findDateChars(_book->customNumFormatText(id));
+    int numFormat = format->numFormat();
+    if ((numFormat >= 0 && numFormat <= 13) || (numFormat >= 37 && numFormat <= 44) || numFormat == 48 ||
+        numFormat == 49)
+        return false;
+    if ((numFormat >= 14 && numFormat <= 22) || (numFormat >= 45 && numFormat <= 47)) return true;
+    return findDateChars(_book->customNumFormatText(numFormat));
 }
 
 template <class T>
@@ -731,7 +733,7 @@ const T* SheetImplT<T>::readFormula(int row, int col, IFormatT<T>** format) {
                 const FormulaBlock& master = _formulas[SheetIndex::position(m)];
                 // Shared formula: a range (6 bytes), 2 bytes, then the tokens.
                 const std::vector<uint8_t>* group = master.shared ? &master.shrFmla
-                                                    : master.arrayType == 545 ? &master.arrayRecord : nullptr;
+                                                    : master.arrayType == rt::Array ? &master.arrayRecord : nullptr;
                 size_t head = master.shared ? 8 : 12;
                 if (group && group->size() >= head + 2) {
                     size_t groupCce = std::min<size_t>(le::get16(group->data() + head), group->size() - head - 2);

@@ -285,8 +285,9 @@ private:
     bool _protectionSet[4] = {false, false, false, false};
     uint16_t _protection[4] = {0, 0, 0, 0};
     std::vector<PageBreak> _horizontalPageBreaks, _verticalPageBreaks;
-    EmptyBiff<T> _headerFooter{2204}, _sort{144}, _dropDownObjIds{2164}, _autoFilterInfo{157},
-        _entExU2{450}, _dCon{80}, _plv{2187}, _dxGCol{153}, _codeName{442};
+    EmptyBiff<T> _headerFooter{rt::HeaderFooter}, _sort{rt::Sort}, _dropDownObjIds{rt::DropDownObjIds},
+        _autoFilterInfo{rt::AutoFilterInfo}, _entExU2{rt::EntExU2}, _dCon{rt::DCon}, _plv{rt::Plv}, _dxGCol{rt::DxGCol},
+        _codeName{rt::CodeName};
     std::vector<Biff<T>> _noteShs, _selections, _objects, _unknownRecords;
     bool _hasPane = false;
     uint16_t _pane[4] = {0, 0, 0, 0};

@@ -85,7 +85,7 @@ void SheetImplT<T>::addName(const std::wstring& name, bool builtIn, const std::v
     p[14] = 1;  // the name in the 16-bit form
     for (wchar_t c : name) le::append16(p, static_cast<uint32_t>(c));
     p.insert(p.end(), tokens.begin(), tokens.end());
-    Biff<T> lbl(24);
+    Biff<T> lbl(rt::Lbl);
     lbl.payload = std::move(p);
     _book->lblRef().push_back({lbl});
 }

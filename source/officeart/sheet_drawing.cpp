@@ -125,10 +125,10 @@ DrawingMap mapDrawing(const std::vector<Rec>& objects) {
     size_t textUnits = 0, runBytes = 0;  // what the last TextObject's CONTINUEs still hold
     for (size_t i = 0; i < objects.size(); ++i) {
         const Rec& r = objects[i];
-        if (r.id == 2057) ++depth;
+        if (r.id == rt::Bof) ++depth;
         if (depth > 0) {
             // Behind a chart the drawing may go on in CONTINUE records.
-            if (r.id == 10) --depth;
+            if (r.id == rt::Eof) --depth;
             inDrawing = depth == 0;
             continue;
         }
