@@ -66,7 +66,7 @@ void BookImplT<T>::reset() {
                                &_mtrSettings, &_forceFullCalculation, &_theme, &_compressPictures, &_compat12})
         slot->clear();
     _xfExts.clear();
-    _supBookBlocks.clear();
+    _externSheets.clear();
     _lbls.clear();
     _drawingGroup.clear();
     _drawing.clear();

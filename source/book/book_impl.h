@@ -13,6 +13,7 @@
 #include "biff/xls.h"
 #include "formula/formula_decoder.h"
 #include "formula/formula_encoder.h"
+#include "book/extern_sheets.h"
 #include "book/palette.h"
 #include "officeart/drawing_group.h"
 #include "frame/mem_pool.h"
@@ -229,9 +230,10 @@ private:
         _forceFullCalculation{rt::ForceFullCalculation}, _theme{rt::Theme}, _compressPictures{rt::CompressPictures},
         _compat12{rt::Compat12};
     std::vector<Biff<T>> _xfExts;
-    // Blocks carried as read: external references (SupBook and what follows it), defined names,
-    // and the drawing group, each record with its CONTINUE records.
-    std::vector<std::vector<Biff<T>>> _supBookBlocks;
+    // External references: the SupBook blocks and the external sheet table.
+    ExternSheets<T> _externSheets;
+    // Blocks carried as read: defined names and the drawing group, each record with its CONTINUE
+    // records.
     std::vector<std::vector<Biff<T>>> _lbls;
     std::vector<Biff<T>> _drawingGroup;
     // The drawing group as read from _drawingGroup; written from here once something changed it.

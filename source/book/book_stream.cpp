@@ -12,60 +12,6 @@
 
 namespace zelvar {
 
-namespace {
-
-// The external sheet table (an ExternSheet record) of a SupBook block, at its position in the
-// block, or the block's size when it has none.
-template <class T>
-size_t externSheetAt(const std::vector<Biff<T>>& block) {
-    for (size_t r = 0; r < block.size(); ++r)
-        if (block[r].id == rt::ExternSheet) return r;
-    return block.size();
-}
-
-// A long table goes on in CONTINUE records; its entries may be cut anywhere between them. The
-// whole table is their payloads joined.
-template <class T>
-std::vector<uint8_t> joinedTable(const std::vector<Biff<T>>& block, size_t at) {
-    std::vector<uint8_t> table = block[at].payload;
-    for (size_t r = at + 1; r < block.size() && block[r].id == rt::Continue; ++r)
-        table.insert(table.end(), block[r].payload.begin(), block[r].payload.end());
-    return table;
-}
-
-// Puts the joined table back. A table of the same length keeps the pieces the file had; any other
-// is cut anew: the count and as many entries as fit into the first record, then CONTINUEs of whole
-// entries.
-template <class T>
-void storeTable(std::vector<Biff<T>>& block, size_t at, const std::vector<uint8_t>& table) {
-    size_t end = at + 1;
-    size_t length = block[at].payload.size();
-    while (end < block.size() && block[end].id == rt::Continue) length += block[end++].payload.size();
-    if (length == table.size()) {
-        size_t from = 0;
-        for (size_t r = at; r < end; ++r) {
-            std::copy(table.begin() + static_cast<long>(from),
-                      table.begin() + static_cast<long>(from + block[r].payload.size()), block[r].payload.begin());
-            from += block[r].payload.size();
-        }
-        return;
-    }
-    std::vector<Biff<T>> pieces;
-    const size_t entriesPerRecord = 8224 / 6;
-    size_t first = std::min(table.size(), 2 + 6 * entriesPerRecord);
-    pieces.emplace_back(rt::ExternSheet);
-    pieces.back().payload.assign(table.begin(), table.begin() + static_cast<long>(first));
-    for (size_t from = first; from < table.size(); from += 6 * entriesPerRecord) {
-        size_t to = std::min(table.size(), from + 6 * entriesPerRecord);
-        pieces.emplace_back(rt::Continue);
-        pieces.back().payload.assign(table.begin() + static_cast<long>(from), table.begin() + static_cast<long>(to));
-    }
-    block.erase(block.begin() + static_cast<long>(at), block.begin() + static_cast<long>(end));
-    block.insert(block.begin() + static_cast<long>(at), pieces.begin(), pieces.end());
-}
-
-}  // namespace
-
 // Text of old files is 8-bit in the book's code page; it was widened byte by byte.
 template <class T>
 void BookImplT<T>::decodeCodePage(std::wstring& text) const {
@@ -90,25 +36,18 @@ void BookImplT<T>::decodeCodePage(std::wstring& text) const {
     text = out;
 }
 
-// The external sheet table lives in the first block that carries one.
+// The external sheet table names a range of this book's sheets; what lies outside them is #REF!.
 template <class T>
 std::wstring BookImplT<T>::referenceName(uint16_t ixti) const {
-    for (const auto& block : _supBookBlocks) {
-        size_t at = externSheetAt(block);
-        if (at == block.size()) continue;
-        std::vector<uint8_t> table = joinedTable(block, at);
-        if (table.size() < 2) continue;
-        size_t count = table[0] | table[1] << 8;
-        if (ixti >= count || 2 + 6u * (ixti + 1u) > table.size()) return L"#REF!";
-        const uint8_t* xti = table.data() + 2 + 6u * ixti;
-        int16_t first = static_cast<int16_t>(xti[2] | xti[3] << 8);
-        int16_t last = static_cast<int16_t>(xti[4] | xti[5] << 8);
-        int sheets = static_cast<int>(_sheets.size());
-        if (first < 0 || first >= sheets || last < 0 || last >= sheets) return L"#REF!";
-        if (first == last) return GetFormula::quote(_sheets[first]->nameRef()) + L"!";
-        return GetFormula::quote(_sheets[first]->nameRef() + L":" + _sheets[last]->nameRef()) + L"!";
-    }
-    return std::wstring();
+    XtiEntry xti;
+    auto found = _externSheets.find(ixti, xti);
+    if (found == ExternSheets<T>::Lookup::NoTable) return std::wstring();
+    int sheets = static_cast<int>(_sheets.size());
+    if (found == ExternSheets<T>::Lookup::NoEntry || xti.first < 0 || xti.first >= sheets || xti.last < 0 ||
+        xti.last >= sheets)
+        return L"#REF!";
+    if (xti.first == xti.last) return GetFormula::quote(_sheets[xti.first]->nameRef()) + L"!";
+    return GetFormula::quote(_sheets[xti.first]->nameRef() + L":" + _sheets[xti.last]->nameRef()) + L"!";
 }
 
 template <class T>
@@ -133,159 +72,42 @@ void BookImplT<T>::getIndexesByName(const std::wstring& quoted, int& first, int&
     if (first < 0) throw zverror("sheet is not found");
 }
 
-// The XTI of a sheet range in the table of this book's own SupBook: found, or appended. The table
-// (an ExternSheet record) stands after the last SupBook block.
+// The XTI of a sheet range in the table of this book's own SupBook: found, or appended.
 template <class T>
 uint16_t BookImplT<T>::makeXti(const std::wstring& sheet) {
-    int first = -1, lastTab = -1;
-    getIndexesByName(sheet, first, lastTab);
-    size_t self = _supBookBlocks.size();
-    for (size_t i = 0; i < _supBookBlocks.size(); ++i) {
-        const auto& head = _supBookBlocks[i].front();
-        if (head.id == rt::SupBook && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
-            self = i;
-            break;
-        }
-    }
-    if (self == _supBookBlocks.size()) {
-        Biff<T> supBook(rt::SupBook);
-        uint16_t tabs = static_cast<uint16_t>(_sheets.size());
-        supBook.payload = {static_cast<uint8_t>(tabs), static_cast<uint8_t>(tabs >> 8), 1, 4};
-        _supBookBlocks.push_back({supBook});
-    }
-    // The ExternSheet record, with its continuations, must stand at the end of the last block.
-    std::vector<Biff<T>>& last = _supBookBlocks.back();
-    size_t at = externSheetAt(last);
-    if (at == last.size()) {
-        for (size_t b = 0; b + 1 < _supBookBlocks.size(); ++b) {
-            auto& block = _supBookBlocks[b];
-            size_t r = externSheetAt(block);
-            if (r == block.size()) continue;
-            size_t end = r + 1;
-            while (end < block.size() && block[end].id == rt::Continue) ++end;
-            at = last.size();
-            last.insert(last.end(), block.begin() + static_cast<long>(r), block.begin() + static_cast<long>(end));
-            block.erase(block.begin() + static_cast<long>(r), block.begin() + static_cast<long>(end));
-            break;
-        }
-    }
-    if (at == last.size()) {
-        last.emplace_back(rt::ExternSheet);
-        last.back().payload = {0, 0};
-    }
-    std::vector<uint8_t> table = joinedTable(last, at);
-    if (table.size() < 2) table = {0, 0};
-    size_t count = table[0] | table[1] << 8;
-    count = std::min(count, (table.size() - 2) / 6);
-    uint16_t found = static_cast<uint16_t>(count);
-    for (size_t i = 0; i < count; ++i) {
-        const uint8_t* x = table.data() + 2 + 6 * i;
-        if ((x[0] | x[1] << 8) == static_cast<int>(self) && static_cast<int16_t>(x[2] | x[3] << 8) == first &&
-            static_cast<int16_t>(x[4] | x[5] << 8) == lastTab) {
-            found = static_cast<uint16_t>(i);
-            break;
-        }
-    }
-    if (found == count) {
-        // The count field holds at most 65535 entries.
-        if (count >= 65535) throw zverror("error in record ExternSheet");
-        table.resize(2 + 6 * count);
-        for (unsigned v : {static_cast<unsigned>(self), static_cast<unsigned>(first), static_cast<unsigned>(lastTab)}) {
-            table.push_back(static_cast<uint8_t>(v));
-            table.push_back(static_cast<uint8_t>(v >> 8));
-        }
-        ++count;
-        table[0] = static_cast<uint8_t>(count);
-        table[1] = static_cast<uint8_t>(count >> 8);
-        storeTable(last, at, table);
-    }
-    return found;
+    int first = -1, last = -1;
+    getIndexesByName(sheet, first, last);
+    return _externSheets.ownXti(first, last, _sheets.size());
 }
 
 // After a sheet is inserted at or removed from index, names and the external sheet table of this
 // book's own SupBook follow the sheets they meant.
 template <class T>
 void BookImplT<T>::followSheetList(int index, bool inserted) {
-    auto u16 = [](const std::vector<uint8_t>& p, size_t at) { return static_cast<int>(p[at] | p[at + 1] << 8); };
-    auto set16 = [](std::vector<uint8_t>& p, size_t at, int v) {
-        p[at] = static_cast<uint8_t>(v);
-        p[at + 1] = static_cast<uint8_t>(v >> 8);
-    };
     // Names that belong to a sheet carry its tab + 1.
     int noted = -1;
     for (size_t i = 0; i < _lbls.size(); ++i) {
         if (_lbls[i].empty() || _lbls[i].front().payload.size() < 10) continue;
         std::vector<uint8_t>& p = _lbls[i].front().payload;
-        int itab = u16(p, 8);
+        int itab = le::get16(&p[8]);
         if (inserted) {
-            if (itab >= index + 1) set16(p, 8, itab + 1);
+            if (itab >= index + 1) le::put16(&p[8], static_cast<uint32_t>(itab + 1));
         } else if (itab == index + 1) {
             noted = static_cast<int>(i);
         } else if (itab > index + 1) {
-            set16(p, 8, itab - 1);
+            le::put16(&p[8], static_cast<uint32_t>(itab - 1));
         }
     }
     if (noted >= 0) _lbls.erase(_lbls.begin() + noted);
-    int self = -1;
-    for (size_t i = 0; i < _supBookBlocks.size() && self < 0; ++i) {
-        auto& head = _supBookBlocks[i].front();
-        if (head.id == rt::SupBook && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
-            self = static_cast<int>(i);
-            set16(head.payload, 0, static_cast<int>(_sheets.size()));
-        }
-    }
-    if (self < 0) return;
-    for (auto& block : _supBookBlocks) {
-        size_t table = externSheetAt(block);
-        if (table == block.size()) continue;
-        std::vector<uint8_t> entries = joinedTable(block, table);
-        if (entries.size() < 2) continue;
-        size_t count = std::min<size_t>(u16(entries, 0), (entries.size() - 2) / 6);
-        for (size_t k = 0; k < count; ++k) {
-            size_t at = 2 + 6 * k;
-            if (u16(entries, at) != self) continue;
-            int first = static_cast<int16_t>(u16(entries, at + 2));
-            int last = static_cast<int16_t>(u16(entries, at + 4));
-            if (inserted) {
-                if (first >= index) {
-                    ++first;
-                    ++last;
-                } else if (last >= index) {
-                    ++last;
-                }
-            } else {
-                if (index >= first && index <= last) first = last = -1;
-                if (first > index) --first;
-                if (last > index) --last;
-            }
-            set16(entries, at + 2, first);
-            set16(entries, at + 4, last);
-        }
-        storeTable(block, table, entries);
-    }
+    _externSheets.followSheetList(index, inserted, _sheets.size());
 }
 
 template <class T>
 bool BookImplT<T>::xtiCoversTab(uint16_t ixti, int tab) const {
-    int self = -1;
-    for (size_t i = 0; i < _supBookBlocks.size() && self < 0; ++i) {
-        const auto& head = _supBookBlocks[i].front();
-        if (head.id == rt::SupBook && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4)
-            self = static_cast<int>(i);
-    }
-    if (self < 0) return false;
-    for (const auto& block : _supBookBlocks) {
-        size_t at = externSheetAt(block);
-        if (at == block.size()) continue;
-        std::vector<uint8_t> table = joinedTable(block, at);
-        if (table.size() < 2) continue;
-        size_t count = std::min<size_t>(table[0] | table[1] << 8, (table.size() - 2) / 6);
-        if (ixti >= count) return false;
-        const uint8_t* x = table.data() + 2 + 6 * ixti;
-        int first = static_cast<int16_t>(x[2] | x[3] << 8), last = static_cast<int16_t>(x[4] | x[5] << 8);
-        return (x[0] | x[1] << 8) == self && tab >= first && tab <= last;
-    }
-    return false;
+    int own = _externSheets.ownSupBook();
+    XtiEntry xti;
+    return own >= 0 && _externSheets.find(ixti, xti) == ExternSheets<T>::Lookup::Found && xti.supBook == own &&
+           tab >= xti.first && tab <= xti.last;
 }
 
 template <class T>
@@ -296,7 +118,7 @@ std::wstring BookImplT<T>::definedName(uint32_t index) const {
     if (index == 0 || index > _lbls.size() || _lbls[index - 1].empty()) return L"?";
     const std::vector<uint8_t>& p = _lbls[index - 1].front().payload;
     if (p.size() < 15) return L"?";
-    uint16_t grbit = static_cast<uint16_t>(p[0] | p[1] << 8);
+    uint16_t grbit = le::get16(&p[0]);
     size_t cch = p[3];
     std::wstring name;
     try {
@@ -500,23 +322,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
         }
         case rt::UsesELFs: _usesELFs = readU16Record(xls, size, "UsesELFs"); break;
         case rt::DSF: _dsf = readU16Record(xls, size, "DSF"); break;
-        case rt::SupBook: {
-            std::vector<Biff<T>> block;
-            readRaw(xls, type, size, block);
-            uint64_t sum = size;
-            while (!xls.eof()) {
-                uint16_t next = xls.peekInt16();
-                if (next != rt::ExternName && next != rt::Xct && next != rt::Crn && next != rt::ExternSheet && next != rt::Continue) break;
-                uint16_t nextType = 0, nextSize = 0;
-                xls.readInt16(&nextType);
-                xls.readInt16(&nextSize);
-                sum += nextSize + 4u;
-                if (sum > xls.fileSize()) throw zverror("SupBookBlock: file is corrupt");
-                readRaw(xls, nextType, nextSize, block);
-            }
-            _supBookBlocks.push_back(std::move(block));
-            break;
-        }
+        case rt::SupBook: _externSheets.readBlock(xls, size); break;
         case rt::Prot4Rev: _prot4Rev = readU16Record(xls, size, "Prot4Rev"); break;
         case rt::RefreshAll: _refreshAll = readU16Record(xls, size, "RefreshAll"); break;
         case rt::Prot4RevPass: _prot4RevPass = readU16Record(xls, size, "Prot4RevPass"); break;
@@ -758,8 +564,7 @@ void BookImplT<T>::writeStream() {
     xls.write(rt::Country, 4);
     xls.writeInt16(_country[0]);
     xls.writeInt16(_country[1]);
-    for (const auto& block : _supBookBlocks)
-        for (const auto& record : block) record.write(xls);
+    _externSheets.write(xls);
     for (const auto& name : _lbls)
         for (const auto& record : name) record.write(xls);
     if (_drawing.modified()) {
