@@ -174,7 +174,7 @@ void SheetImplT<T>::setPicture2(int row, int col, int pictureId, int width, int 
         _objectCounter = objId + 1;
         NewShape shape;
         shape.art = pictureShape(plan.spid, pib, coord);
-        shape.objects.push_back({kObj, pictureObj(objId)});
+        shape.objects.push_back({rt::Obj, pictureObj(objId)});
         insertShape(_objects, plan, shape);
         group.addPicRef(pib);
         return true;
@@ -202,7 +202,7 @@ void SheetImplT<T>::writeComment(int row, int col, const T* value, const T* auth
         _objectCounter = objId;
         NewShape shape;
         shape.art = commentShape(plan.spid, coord);
-        shape.objects.push_back({kObj, commentObj(objId)});
+        shape.objects.push_back({rt::Obj, commentObj(objId)});
         shape.textboxArt = clientTextbox();
         // The text's run names font 5, the first font a book adds; a book with fewer fonts uses
         // its default font.
@@ -222,7 +222,7 @@ void SheetImplT<T>::writeComment(int row, int col, const T* value, const T* auth
             }
         }
         if (!payload.empty()) {
-            Biff<T> record(kNoteSh);
+            Biff<T> record(rt::NoteSh);
             record.payload = std::move(payload);
             _noteShs.push_back(std::move(record));
         }

@@ -132,7 +132,7 @@ DrawingMap mapDrawing(const std::vector<Rec>& objects) {
             inDrawing = depth == 0;
             continue;
         }
-        if (r.id == kContinue && (textUnits || runBytes)) {
+        if (r.id == rt::Continue && (textUnits || runBytes)) {
             const auto& p = r.payload;
             if (textUnits) {
                 if (!p.empty()) {
@@ -144,16 +144,16 @@ DrawingMap mapDrawing(const std::vector<Rec>& objects) {
             }
             continue;
         }
-        if (r.id == kMsoDrawing || (inDrawing && r.id == kContinue)) {
+        if (r.id == rt::MsoDrawing || (inDrawing && r.id == rt::Continue)) {
             map.pieces.push_back({i, map.bytes.size(), r.payload.size()});
             map.bytes.insert(map.bytes.end(), r.payload.begin(), r.payload.end());
             inDrawing = true;
-        } else if (r.id == kTextObject) {
+        } else if (r.id == rt::TextObject) {
             textUnits = r.payload.size() >= 14 ? le::get16(r.payload.data() + 10) : 0;
             runBytes = textUnits && r.payload.size() >= 14 ? le::get16(r.payload.data() + 12) : 0;
             inDrawing = true;
         } else {
-            inDrawing = r.id == kObj;
+            inDrawing = r.id == rt::Obj;
         }
     }
     return map;
@@ -268,10 +268,10 @@ void insertShape(std::vector<Rec>& objects, const ShapePlan& plan, const NewShap
         first.insert(first.end(), groupShape.begin(), groupShape.end());
     }
     first.insert(first.end(), shape.art.begin(), shape.art.end());
-    push(kMsoDrawing, first);
+    push(rt::MsoDrawing, first);
     for (const auto& r : shape.objects) push(r.id, r.payload);
     if (!shape.textboxArt.empty()) {
-        push(kMsoDrawing, shape.textboxArt);
+        push(rt::MsoDrawing, shape.textboxArt);
         for (const auto& r : shape.textboxObjects) push(r.id, r.payload);
     }
     size_t index = objects.size();
@@ -291,12 +291,12 @@ void insertShape(std::vector<Rec>& objects, const ShapePlan& plan, const NewShap
             if (at < piece.offset || at >= piece.offset + piece.size) continue;
             if (at == piece.offset) {
                 index = piece.record;
-                if (objects[index].id == kContinue) objects[index].id = kMsoDrawing;
+                if (objects[index].id == rt::Continue) objects[index].id = rt::MsoDrawing;
             } else {
                 // The group ends inside this record: its rest becomes a record of its own, behind
                 // the objects of the shape that ends here, and the new shape goes before it.
                 Rec tail;
-                tail.id = kMsoDrawing;
+                tail.id = rt::MsoDrawing;
                 auto& payload = objects[piece.record].payload;
                 tail.payload.assign(payload.begin() + static_cast<long>(at - piece.offset), payload.end());
                 payload.resize(at - piece.offset);
@@ -402,7 +402,7 @@ unsigned maxObjectId(const std::vector<Rec>& objects, bool* any) {
     *any = false;
     for (const auto& r : objects) {
         uint16_t id, ot;
-        if (r.id == kObj && objIdAndType(r.payload, &id, &ot)) {
+        if (r.id == rt::Obj && objIdAndType(r.payload, &id, &ot)) {
             best = std::max<unsigned>(best, id);
             *any = true;
         }
@@ -415,7 +415,7 @@ uint16_t freeObjectId(const std::vector<Rec>& objects, unsigned start) {
     std::vector<bool> used(65536, false);
     for (const auto& r : objects) {
         uint16_t id, ot;
-        if (r.id == kObj && objIdAndType(r.payload, &id, &ot)) used[id] = true;
+        if (r.id == rt::Obj && objIdAndType(r.payload, &id, &ot)) used[id] = true;
     }
     for (unsigned id = start; id < 65536; ++id)
         if (!used[id]) return static_cast<uint16_t>(id);
@@ -428,7 +428,7 @@ std::vector<DrawingRecord> commentText(const std::wstring& units, uint16_t font)
     if (units.size() > 0xFFFF) throw zverror("comment is too long");
     std::vector<DrawingRecord> out;
     DrawingRecord txo;
-    txo.id = kTextObject;
+    txo.id = rt::TextObject;
     le::append16(txo.payload, 530);  // grbit: left aligned, top, locked text
     le::append16(txo.payload, 0);    // rot
     txo.payload.insert(txo.payload.end(), 6, 0);
@@ -442,13 +442,13 @@ std::vector<DrawingRecord> commentText(const std::wstring& units, uint16_t font)
     constexpr size_t kPerRecord = (8224 - 1) / 2;
     for (size_t at = 0; at < units.size(); at += kPerRecord) {
         DrawingRecord part;
-        part.id = kContinue;
+        part.id = rt::Continue;
         part.payload.push_back(1);
         for (size_t i = at; i < std::min(units.size(), at + kPerRecord); ++i) le::append16(part.payload, static_cast<uint32_t>(units[i]));
         out.push_back(std::move(part));
     }
     DrawingRecord runs;
-    runs.id = kContinue;
+    runs.id = rt::Continue;
     le::append16(runs.payload, 0);
     le::append16(runs.payload, font);
     runs.payload.insert(runs.payload.end(), 4, 0);
@@ -463,15 +463,15 @@ template <class Rec>
 bool findCommentText(const std::vector<Rec>& objects, uint16_t objId, std::wstring* text) {
     for (size_t i = 0; i < objects.size(); ++i) {
         uint16_t id, ot;
-        if (objects[i].id != kObj || !objIdAndType(objects[i].payload, &id, &ot) || id != objId || ot != 25) continue;
+        if (objects[i].id != rt::Obj || !objIdAndType(objects[i].payload, &id, &ot) || id != objId || ot != 25) continue;
         size_t j = i + 1;
-        while (j < objects.size() && objects[j].id != kTextObject && objects[j].id != kObj) ++j;
-        if (j >= objects.size() || objects[j].id != kTextObject) return false;
+        while (j < objects.size() && objects[j].id != rt::TextObject && objects[j].id != rt::Obj) ++j;
+        if (j >= objects.size() || objects[j].id != rt::TextObject) return false;
         const auto& txo = objects[j].payload;
         if (txo.size() < 12) return false;
         size_t remaining = le::get16(txo.data() + 10);
         std::vector<uint16_t> units;
-        for (size_t k = j + 1; remaining > 0 && k < objects.size() && objects[k].id == kContinue; ++k) {
+        for (size_t k = j + 1; remaining > 0 && k < objects.size() && objects[k].id == rt::Continue; ++k) {
             const auto& p = objects[k].payload;
             if (p.empty()) continue;
             bool wide = p[0] & 1;
