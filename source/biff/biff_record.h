@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -254,6 +255,15 @@ inline uint16_t readU16Record(XlsStream& xls, uint16_t size, const char* name) {
 inline void writeU16Record(XlsStream& xls, uint16_t id, uint16_t value) {
     xls.write(id, 2);
     xls.writeInt16(value);
+}
+
+// A run of such records, written in the order given.
+struct U16Record {
+    uint16_t id;
+    uint16_t value;
+};
+inline void writeU16Records(XlsStream& xls, std::initializer_list<U16Record> records) {
+    for (const U16Record& record : records) writeU16Record(xls, record.id, record.value);
 }
 
 }  // namespace zelvar

@@ -470,12 +470,12 @@ void BookImplT<T>::writeStream() {
     _obProj.writeIfPresent(xls);
     _obNoMacros.writeIfPresent(xls);
     _codeName.writeIfPresent(xls);
-    writeU16Record(xls, rt::BuiltInFnGroupCount, _builtInFnGroupCount);
-    writeU16Record(xls, rt::WinProtect, _winProtect);
-    writeU16Record(xls, rt::Protect, _protect);
-    writeU16Record(xls, rt::Password, _password);
-    writeU16Record(xls, rt::Prot4Rev, _prot4Rev);
-    writeU16Record(xls, rt::Prot4RevPass, _prot4RevPass);
+    writeU16Records(xls, {{rt::BuiltInFnGroupCount, _builtInFnGroupCount},
+                          {rt::WinProtect, _winProtect},
+                          {rt::Protect, _protect},
+                          {rt::Password, _password},
+                          {rt::Prot4Rev, _prot4Rev},
+                          {rt::Prot4RevPass, _prot4RevPass}});
     {
         RecordWriter w;
         for (uint16_t v : {_window1.xWn, _window1.yWn, _window1.dxWn, _window1.dyWn, _window1.flags,
@@ -483,12 +483,12 @@ void BookImplT<T>::writeStream() {
             w.u16(v);
         w.write(xls, rt::Window1);
     }
-    writeU16Record(xls, rt::Backup, _backup);
-    writeU16Record(xls, rt::HideObj, _hideObj);
-    writeU16Record(xls, rt::Date1904, _date1904);
-    writeU16Record(xls, rt::CalcPrecision, _calcPrecision);
-    writeU16Record(xls, rt::RefreshAll, _refreshAll);
-    writeU16Record(xls, rt::BookBool, _bookBool);
+    writeU16Records(xls, {{rt::Backup, _backup},
+                          {rt::HideObj, _hideObj},
+                          {rt::Date1904, _date1904},
+                          {rt::CalcPrecision, _calcPrecision},
+                          {rt::RefreshAll, _refreshAll},
+                          {rt::BookBool, _bookBool}});
     for (FontImplT<T>* font : _fonts) {
         RecordWriter w;
         w.u16(font->dyHeight);

@@ -131,6 +131,16 @@ struct FormulaBlock {
     std::vector<std::vector<uint8_t>> stringContinues;
 };
 
+// The row, column and format fields of a cell record of any kind: a formula keeps them in its
+// Formula record.
+template <class R>
+auto& cellHead(R& record) {
+    if constexpr (R::kind == KindFormula)
+        return record.formula;
+    else
+        return record;
+}
+
 // A Row record in memory. grbit: bits 0-2 outline level, 4 collapsed, 5 hidden, 7 formatted.
 struct Row {
     uint16_t row = 0, colMic = 0, colMac = 1, miyRw = 255, reserved1 = 0, reserved2 = 0,

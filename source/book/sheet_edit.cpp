@@ -32,17 +32,10 @@ int lineCount(int& first, int& last, const char* reversed) {
 
 template <class T>
 void SheetImplT<T>::moveRecord(uint32_t e, int row, int col) {
-    unsigned p = SheetIndex::position(e);
-    uint16_t r = static_cast<uint16_t>(row), c = static_cast<uint16_t>(col);
-    switch (SheetIndex::kind(e)) {
-        case KindRK: _rks[p].row = r, _rks[p].col = c; break;
-        case KindNumber: _numbers[p].row = r, _numbers[p].col = c; break;
-        case KindLabelSst: _labelSsts[p].row = r, _labelSsts[p].col = c; break;
-        case KindBlank: _blanks[p].row = r, _blanks[p].col = c; break;
-        case KindBoolErr: _boolErrs[p].row = r, _boolErrs[p].col = c; break;
-        case KindFormula: _formulas[p].formula.row = r, _formulas[p].formula.col = c; break;
-        case KindLabel: _labels[p].row = r, _labels[p].col = c; break;
-    }
+    visitCell(e, [row, col](auto& record) {
+        cellHead(record).row = static_cast<uint16_t>(row);
+        cellHead(record).col = static_cast<uint16_t>(col);
+    });
 }
 
 template <class T>
@@ -334,25 +327,13 @@ bool SheetImplT<T>::copyCell(int rowSrc, int colSrc, int rowDst, int colDst) {
                 if constexpr (R::kind == KindLabelSst) _book->sst().addUser(record.isst);
                 return;
             }
-            if constexpr (R::kind == KindFormula) {
-                record.formula.row = static_cast<uint16_t>(rowDst);
-                record.formula.col = static_cast<uint16_t>(colDst);
-            } else {
-                record.row = static_cast<uint16_t>(rowDst);
-                record.col = static_cast<uint16_t>(colDst);
-            }
+            cellHead(record).row = static_cast<uint16_t>(rowDst);
+            cellHead(record).col = static_cast<uint16_t>(colDst);
             dst = SheetIndex::entry(kind, static_cast<unsigned>(vec.size()));
             vec.push_back(record);
             if constexpr (R::kind == KindLabelSst) _book->sst().addUser(record.isst);
         };
-        switch (kind) {
-            case KindRK: copyInto(_rks); break;
-            case KindNumber: copyInto(_numbers); break;
-            case KindLabelSst: copyInto(_labelSsts); break;
-            case KindBlank: copyInto(_blanks); break;
-            case KindBoolErr: copyInto(_boolErrs); break;
-            case KindFormula: copyInto(_formulas); break;
-        }
+        withRecords(kind, copyInto);
         _dimensions.update(static_cast<unsigned>(rowDst), static_cast<unsigned>(colDst));
         return true;
     });

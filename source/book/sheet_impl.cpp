@@ -115,17 +115,7 @@ template <class T>
 uint16_t SheetImplT<T>::getFormatID(unsigned row, unsigned col) const {
     uint32_t e = _sheetIndex.get(row & 0xFFFF, col & 0xFF);
     if (!e) return 15;
-    unsigned p = SheetIndex::position(e);
-    switch (SheetIndex::kind(e)) {
-        case KindRK: return _rks[p].xf;
-        case KindNumber: return _numbers[p].xf;
-        case KindLabelSst: return _labelSsts[p].xf;
-        case KindBlank: return _blanks[p].xf;
-        case KindBoolErr: return _boolErrs[p].xf;
-        case KindFormula: return _formulas[p].formula.xf;
-        case KindLabel: return _labels[p].xf;
-        default: return 15;
-    }
+    return visitCell(e, [](const auto& record) { return cellHead(record).xf; });
 }
 
 template <class T>
@@ -217,16 +207,8 @@ bool SheetImplT<T>::writeError(int row, int col, int code, IFormatT<T>* format) 
 
 template <class T>
 size_t SheetImplT<T>::recordCount(CellKind kind) const {
-    switch (kind) {
-        case KindRK: return _rks.size();
-        case KindNumber: return _numbers.size();
-        case KindLabelSst: return _labelSsts.size();
-        case KindBlank: return _blanks.size();
-        case KindBoolErr: return _boolErrs.size();
-        case KindFormula: return _formulas.size();
-        case KindLabel: return _labels.size();
-        default: return 0;
-    }
+    if (kind == KindNone || kind > KindLabel) return 0;
+    return withRecords(kind, [](const auto& records) { return records.size(); });
 }
 
 template <class T>
@@ -399,17 +381,14 @@ int SheetImplT<T>::cellType(int row, int col) const {
     uint32_t e = _sheetIndex.get(static_cast<uint16_t>(row), static_cast<uint16_t>(col) & 0xFF);
     if (static_cast<uint16_t>(col) > 255) e = 0;
     if (!e) return CellEmpty;
-    unsigned p = SheetIndex::position(e);
-    switch (SheetIndex::kind(e)) {
-        case KindRK:
-        case KindNumber: return CellNumber;
-        case KindLabelSst:
-        case KindLabel: return CellString;
-        case KindBlank: return CellBlank;
-        case KindBoolErr: return _boolErrs[p].fError ? CellError : CellBoolean;
-        case KindFormula: return _formulas[p].formula.cellType();
-        default: return CellEmpty;
-    }
+    return visitCell(e, [](const auto& record) -> int {
+        using R = std::decay_t<decltype(record)>;
+        if constexpr (R::kind == KindRK || R::kind == KindNumber) return CellNumber;
+        else if constexpr (R::kind == KindLabelSst || R::kind == KindLabel) return CellString;
+        else if constexpr (R::kind == KindBlank) return CellBlank;
+        else if constexpr (R::kind == KindBoolErr) return record.fError ? CellError : CellBoolean;
+        else return record.formula.cellType();
+    });
 }
 
 template <class T>
@@ -461,16 +440,7 @@ void SheetImplT<T>::setCellFormat(int row, int col, IFormatT<T>* format) {
             if (!writeBlank(row, col, format)) throw zverror(_book->errorMessage());
             return;
         }
-        unsigned p = SheetIndex::position(e);
-        switch (SheetIndex::kind(e)) {
-            case KindRK: _rks[p].xf = xf; break;
-            case KindNumber: _numbers[p].xf = xf; break;
-            case KindLabelSst: _labelSsts[p].xf = xf; break;
-            case KindBlank: _blanks[p].xf = xf; break;
-            case KindBoolErr: _boolErrs[p].xf = xf; break;
-            case KindFormula: _formulas[p].formula.xf = xf; break;
-            case KindLabel: _labels[p].xf = xf; break;
-        }
+        visitCell(e, [xf](auto& record) { cellHead(record).xf = xf; });
     });
 }
 

@@ -207,6 +207,40 @@ private:
         else if constexpr (R::kind == KindFormula) return _formulas;
         else return _labels;
     }
+    // The one place that maps a kind number to its record vector: calls visit with the vector,
+    // typed, so that every call site is resolved at compile time (one switch, no virtual call,
+    // nothing allocated). Index entries only ever hold the kinds from KindRK to KindLabel.
+    template <class Self, class F>
+    static decltype(auto) withRecordsOf(Self& self, unsigned kind, F&& visit) {
+        switch (kind) {
+            case KindRK: return visit(self._rks);
+            case KindNumber: return visit(self._numbers);
+            case KindLabelSst: return visit(self._labelSsts);
+            case KindBlank: return visit(self._blanks);
+            case KindBoolErr: return visit(self._boolErrs);
+            case KindFormula: return visit(self._formulas);
+            default: return visit(self._labels);
+        }
+    }
+    template <class F>
+    decltype(auto) withRecords(unsigned kind, F&& visit) {
+        return withRecordsOf(*this, kind, visit);
+    }
+    template <class F>
+    decltype(auto) withRecords(unsigned kind, F&& visit) const {
+        return withRecordsOf(*this, kind, visit);
+    }
+    // Calls visit with the record that a (non-zero) index entry points at.
+    template <class F>
+    decltype(auto) visitCell(uint32_t entry, F&& visit) {
+        unsigned at = SheetIndex::position(entry);
+        return withRecords(SheetIndex::kind(entry), [&](auto& records) -> decltype(auto) { return visit(records[at]); });
+    }
+    template <class F>
+    decltype(auto) visitCell(uint32_t entry, F&& visit) const {
+        unsigned at = SheetIndex::position(entry);
+        return withRecords(SheetIndex::kind(entry), [&](auto& records) -> decltype(auto) { return visit(records[at]); });
+    }
     // XF index for a write: the given format's position, or the cell's present one.
     uint16_t formatForWrite(int row, int col, IFormatT<T>* format) const;
     IFormatT<T>* formatAt(uint16_t xf) const;

@@ -15,6 +15,70 @@ void writeRaw(XlsStream& xls, uint16_t id, const std::vector<uint8_t>& payload) 
     xls.write(id, reinterpret_cast<const char*>(payload.data()), static_cast<int>(payload.size()));
 }
 
+// The row, column and format that every cell record begins with.
+template <class R>
+void readHead(RecordReader& in, R& cell) {
+    cell.row = in.u16();
+    cell.col = in.u16();
+    cell.xf = in.u16();
+}
+void writeHead(RecordWriter& w, uint16_t row, uint16_t col, uint16_t xf) {
+    w.u16(row);
+    w.u16(col);
+    w.u16(xf);
+}
+
+// Each kind of cell writes its record as the file has it.
+void writeCell(XlsStream& xls, RecordWriter& w, const RK& x) {
+    writeHead(w, x.row, x.col, x.xf);
+    w.u32(x.rk);
+    w.write(xls, rt::RK);
+}
+void writeCell(XlsStream& xls, RecordWriter& w, const Number& x) {
+    writeHead(w, x.row, x.col, x.xf);
+    w.f64(x.num);
+    w.write(xls, rt::Number);
+}
+void writeCell(XlsStream& xls, RecordWriter& w, const LabelSst& x) {
+    writeHead(w, x.row, x.col, x.xf);
+    w.u32(x.isst);
+    w.write(xls, rt::LabelSst);
+}
+void writeCell(XlsStream& xls, RecordWriter& w, const Blank& x) {
+    writeHead(w, x.row, x.col, x.xf);
+    w.write(xls, rt::Blank);
+}
+void writeCell(XlsStream& xls, RecordWriter& w, const BoolErr& x) {
+    writeHead(w, x.row, x.col, x.xf);
+    w.u8(x.bBoolErr);
+    w.u8(x.fError);
+    w.write(xls, rt::BoolErr);
+}
+void writeCell(XlsStream& xls, RecordWriter& w, const Label& x) {
+    writeHead(w, x.row, x.col, x.xf);
+    w.string16(x.text ? x.text : L"", false);
+    w.bytes(x.runs.data(), x.runs.size());
+    w.write(xls, x.runs.empty() ? rt::Label : rt::RString);
+}
+// A formula is marked for recalculation when the file is opened, and written with the records
+// that belong to it.
+void writeCell(XlsStream& xls, RecordWriter& w, FormulaBlock& block) {
+    Formula& f = block.formula;
+    f.grbit |= 1;
+    writeHead(w, f.row, f.col, f.xf);
+    w.bytes(f.result, 8);
+    w.u16(f.grbit);
+    w.u32(f.chn);
+    w.bytes(f.tokens.data(), f.tokens.size());
+    w.write(xls, rt::Formula);
+    if (block.arrayType) writeRaw(xls, block.arrayType, block.arrayRecord);
+    if (block.shared) writeRaw(xls, rt::ShrFmla, block.shrFmla);
+    if (block.hasString) {
+        writeRaw(xls, rt::String, block.stringRecord);
+        for (const auto& piece : block.stringContinues) writeRaw(xls, rt::Continue, piece);
+    }
+}
+
 // The records that a page setup run takes together.
 bool inPageSetupRun(uint16_t id) {
     switch (id) {
@@ -39,14 +103,7 @@ template <class R>
 void SheetImplT<T>::placeCell(const R& record) {
     auto& vec = records<R>();
     if (vec.size() >= (1u << 28)) throw zverror("too many cells in sheet");
-    unsigned row, col;
-    if constexpr (R::kind == KindFormula) {
-        row = record.formula.row;
-        col = record.formula.col;
-    } else {
-        row = record.row;
-        col = record.col;
-    }
+    unsigned row = cellHead(record).row, col = cellHead(record).col;
     _sheetIndex(row, col & 0xFF) = SheetIndex::entry(R::kind, static_cast<unsigned>(vec.size()));
     vec.push_back(record);
     if constexpr (R::kind == KindLabelSst) _book->sst().addUser(record.isst);
@@ -426,9 +483,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             RecordReader in(xls, size, "LabelSst");
             if (size != 10) in.fail();
             LabelSst cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             cell.isst = in.u32();
             if (cell.isst >= _book->sst().count()) throw zverror("LabelSst: string index is out of range");
             if (cell.col < 256) placeCell(cell);
@@ -438,9 +493,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             RecordReader in(xls, size, "Blank");
             if (size != 6) in.fail();
             Blank cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             if (cell.col < 256) placeCell(cell);
             break;
         }
@@ -448,9 +501,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             RecordReader in(xls, size, "Number");
             if (size != 14) in.fail();
             Number cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             cell.num = in.f64();
             if (cell.col < 256) placeCell(cell);
             break;
@@ -459,9 +510,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
         case rt::Label: {
             RecordReader in(xls, size, "Label");
             Label cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             std::wstring text = in.string(false, biff5);
             if (biff5) _book->decodeCodePage(text);
             cell.text = _book->pool().copyW(text.data(), text.size());
@@ -481,9 +530,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             // Some writers pad the record with a ninth byte, which carries nothing.
             if (size != 8 && size != 9) in.fail();
             BoolErr cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             cell.bBoolErr = in.u8();
             cell.fError = in.u8();
             if (cell.col < 256) placeCell(cell);
@@ -493,9 +540,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             RecordReader in(xls, size, "RK");
             if (size != 10) in.fail();
             RK cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             cell.rk = in.u32();
             if (cell.col < 256) placeCell(cell);
             break;
@@ -569,66 +614,8 @@ void SheetImplT<T>::writeCells(XlsStream& xls) {
         for (unsigned c = _sheetIndex.colBegin(r), end = _sheetIndex.colEnd(r); c < end; ++c) {
             uint32_t e = _sheetIndex(r, c);
             if (!(e & 1)) continue;
-            unsigned p = SheetIndex::position(e);
             w.clear();
-            switch (SheetIndex::kind(e)) {
-                case KindRK: {
-                    const RK& x = _rks[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.u32(x.rk);
-                    w.write(xls, rt::RK);
-                    break;
-                }
-                case KindNumber: {
-                    const Number& x = _numbers[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.f64(x.num);
-                    w.write(xls, rt::Number);
-                    break;
-                }
-                case KindLabelSst: {
-                    const LabelSst& x = _labelSsts[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.u32(x.isst);
-                    w.write(xls, rt::LabelSst);
-                    break;
-                }
-                case KindBlank: {
-                    const Blank& x = _blanks[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf);
-                    w.write(xls, rt::Blank);
-                    break;
-                }
-                case KindBoolErr: {
-                    const BoolErr& x = _boolErrs[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.u8(x.bBoolErr), w.u8(x.fError);
-                    w.write(xls, rt::BoolErr);
-                    break;
-                }
-                case KindLabel: {
-                    const Label& x = _labels[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf);
-                    w.string16(x.text ? x.text : L"", false);
-                    w.bytes(x.runs.data(), x.runs.size());
-                    w.write(xls, x.runs.empty() ? rt::Label : rt::RString);
-                    break;
-                }
-                case KindFormula: {
-                    FormulaBlock& block = _formulas[p];
-                    Formula& f = block.formula;
-                    f.grbit |= 1;  // recalculated when the file is opened
-                    w.u16(f.row), w.u16(f.col), w.u16(f.xf);
-                    w.bytes(f.result, 8);
-                    w.u16(f.grbit);
-                    w.u32(f.chn);
-                    w.bytes(f.tokens.data(), f.tokens.size());
-                    w.write(xls, rt::Formula);
-                    if (block.arrayType) writeRaw(xls, block.arrayType, block.arrayRecord);
-                    if (block.shared) writeRaw(xls, rt::ShrFmla, block.shrFmla);
-                    if (block.hasString) {
-                        writeRaw(xls, rt::String, block.stringRecord);
-                        for (const auto& piece : block.stringContinues) writeRaw(xls, rt::Continue, piece);
-                    }
-                    break;
-                }
-            }
+            visitCell(e, [&](auto& record) { writeCell(xls, w, record); });
         }
     }
 }
@@ -648,16 +635,16 @@ void SheetImplT<T>::write(XlsStream& xls) {
         for (uint32_t p : _indexPositions) w.u32(p);
         w.write(xls, rt::Index);
     }
-    writeU16Record(xls, rt::CalcMode, _calcMode);
-    writeU16Record(xls, rt::CalcCount, _calcCount);
-    writeU16Record(xls, rt::CalcRefMode, _calcRefMode);
-    writeU16Record(xls, rt::CalcIter, _calcIter);
+    writeU16Records(xls, {{rt::CalcMode, _calcMode},
+                          {rt::CalcCount, _calcCount},
+                          {rt::CalcRefMode, _calcRefMode},
+                          {rt::CalcIter, _calcIter}});
     xls.write(rt::CalcDelta, 8);
     xls.writeDouble(_calcDelta);
-    writeU16Record(xls, rt::CalcSaveRecalc, _calcSaveRecalc);
-    writeU16Record(xls, rt::PrintRowCol, _printRowCol);
-    writeU16Record(xls, rt::PrintGrid, _printGrid);
-    writeU16Record(xls, rt::GridSet, _gridSet);
+    writeU16Records(xls, {{rt::CalcSaveRecalc, _calcSaveRecalc},
+                          {rt::PrintRowCol, _printRowCol},
+                          {rt::PrintGrid, _printGrid},
+                          {rt::GridSet, _gridSet}});
     {
         RecordWriter w;
         for (uint16_t g : _guts) w.u16(g);
