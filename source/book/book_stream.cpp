@@ -470,11 +470,8 @@ void BookImplT<T>::writeStream() {
     _obProj.writeIfPresent(xls);
     _obNoMacros.writeIfPresent(xls);
     _codeName.writeIfPresent(xls);
-    writeU16Records(xls, {{rt::BuiltInFnGroupCount, _builtInFnGroupCount},
-                          {rt::WinProtect, _winProtect},
-                          {rt::Protect, _protect},
-                          {rt::Password, _password},
-                          {rt::Prot4Rev, _prot4Rev},
+    writeU16Records(xls, {{rt::BuiltInFnGroupCount, _builtInFnGroupCount}, {rt::WinProtect, _winProtect},
+                          {rt::Protect, _protect}, {rt::Password, _password}, {rt::Prot4Rev, _prot4Rev},
                           {rt::Prot4RevPass, _prot4RevPass}});
     {
         RecordWriter w;
@@ -483,11 +480,8 @@ void BookImplT<T>::writeStream() {
             w.u16(v);
         w.write(xls, rt::Window1);
     }
-    writeU16Records(xls, {{rt::Backup, _backup},
-                          {rt::HideObj, _hideObj},
-                          {rt::Date1904, _date1904},
-                          {rt::CalcPrecision, _calcPrecision},
-                          {rt::RefreshAll, _refreshAll},
+    writeU16Records(xls, {{rt::Backup, _backup}, {rt::HideObj, _hideObj}, {rt::Date1904, _date1904},
+                          {rt::CalcPrecision, _calcPrecision}, {rt::RefreshAll, _refreshAll},
                           {rt::BookBool, _bookBool}});
     for (FontImplT<T>* font : _fonts) {
         RecordWriter w;

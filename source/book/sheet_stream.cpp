@@ -28,37 +28,35 @@ void writeHead(RecordWriter& w, uint16_t row, uint16_t col, uint16_t xf) {
     w.u16(xf);
 }
 
-// Each kind of cell writes its record as the file has it.
-void writeCell(XlsStream& xls, RecordWriter& w, const RK& x) {
-    writeHead(w, x.row, x.col, x.xf);
+// Each kind of cell writes what follows the row, column and format, and gives its record's id.
+uint16_t writeBody(RecordWriter& w, const RK& x) {
     w.u32(x.rk);
-    w.write(xls, rt::RK);
+    return rt::RK;
 }
-void writeCell(XlsStream& xls, RecordWriter& w, const Number& x) {
-    writeHead(w, x.row, x.col, x.xf);
+uint16_t writeBody(RecordWriter& w, const Number& x) {
     w.f64(x.num);
-    w.write(xls, rt::Number);
+    return rt::Number;
 }
-void writeCell(XlsStream& xls, RecordWriter& w, const LabelSst& x) {
-    writeHead(w, x.row, x.col, x.xf);
+uint16_t writeBody(RecordWriter& w, const LabelSst& x) {
     w.u32(x.isst);
-    w.write(xls, rt::LabelSst);
+    return rt::LabelSst;
 }
-void writeCell(XlsStream& xls, RecordWriter& w, const Blank& x) {
-    writeHead(w, x.row, x.col, x.xf);
-    w.write(xls, rt::Blank);
-}
-void writeCell(XlsStream& xls, RecordWriter& w, const BoolErr& x) {
-    writeHead(w, x.row, x.col, x.xf);
+uint16_t writeBody(RecordWriter&, const Blank&) { return rt::Blank; }
+uint16_t writeBody(RecordWriter& w, const BoolErr& x) {
     w.u8(x.bBoolErr);
     w.u8(x.fError);
-    w.write(xls, rt::BoolErr);
+    return rt::BoolErr;
 }
-void writeCell(XlsStream& xls, RecordWriter& w, const Label& x) {
-    writeHead(w, x.row, x.col, x.xf);
+uint16_t writeBody(RecordWriter& w, const Label& x) {
     w.string16(x.text ? x.text : L"", false);
     w.bytes(x.runs.data(), x.runs.size());
-    w.write(xls, x.runs.empty() ? rt::Label : rt::RString);
+    return x.runs.empty() ? rt::Label : rt::RString;
+}
+template <class R>
+void writeCell(XlsStream& xls, RecordWriter& w, const R& x) {
+    writeHead(w, x.row, x.col, x.xf);
+    uint16_t id = writeBody(w, x);
+    w.write(xls, id);
 }
 // A formula is marked for recalculation when the file is opened, and written with the records
 // that belong to it.
