@@ -4,11 +4,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "biff/record_ids.h"
 #include "biff/xls.h"
+#include "frame/little_endian.h"
 #include "frame/zverror.h"
 
 // The field readers run once per field of every record loaded: always inline.
@@ -82,14 +85,13 @@ public:
     }
     ZV_INLINE uint16_t u16() {
         need(2);
-        uint16_t v = static_cast<uint16_t>(_data[_pos] | _data[_pos + 1] << 8);
+        uint16_t v = le::get16(_data + _pos);
         _pos += 2;
         return v;
     }
     ZV_INLINE uint32_t u32() {
         need(4);
-        uint32_t v = static_cast<uint32_t>(_data[_pos]) | static_cast<uint32_t>(_data[_pos + 1]) << 8 |
-                     static_cast<uint32_t>(_data[_pos + 2]) << 16 | static_cast<uint32_t>(_data[_pos + 3]) << 24;
+        uint32_t v = le::get32(_data + _pos);
         _pos += 4;
         return v;
     }
@@ -137,7 +139,7 @@ public:
         out.reserve(count);
         if (flags & 1) {
             need(count * 2);
-            for (size_t i = 0; i < count; ++i) out.push_back(static_cast<wchar_t>(_data[_pos + 2 * i] | _data[_pos + 2 * i + 1] << 8));
+            for (size_t i = 0; i < count; ++i) out.push_back(static_cast<wchar_t>(le::get16(_data + _pos + 2 * i)));
             _pos += count * 2;
         } else {
             need(count);
@@ -168,14 +170,8 @@ private:
 class RecordWriter {
 public:
     void u8(uint8_t v) { _data.push_back(v); }
-    void u16(uint16_t v) {
-        _data.push_back(static_cast<uint8_t>(v));
-        _data.push_back(static_cast<uint8_t>(v >> 8));
-    }
-    void u32(uint32_t v) {
-        u16(static_cast<uint16_t>(v));
-        u16(static_cast<uint16_t>(v >> 16));
-    }
+    void u16(uint16_t v) { le::append16(_data, v); }
+    void u32(uint32_t v) { le::append32(_data, v); }
     void f64(double v) {
         uint8_t b[8];
         std::memcpy(b, &v, 8);
@@ -240,7 +236,7 @@ void readRaw(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>&
 template <class T>
 void readRawWithContinues(XlsStream& xls, uint16_t type, uint16_t size, std::vector<Biff<T>>& into) {
     readRaw(xls, type, size, into);
-    while (!xls.eof() && xls.peekInt16() == 0x003C) {
+    while (!xls.eof() && xls.peekInt16() == rt::Continue) {
         uint16_t id = 0, length = 0;
         xls.readInt16(&id);
         xls.readInt16(&length);
@@ -259,6 +255,15 @@ inline uint16_t readU16Record(XlsStream& xls, uint16_t size, const char* name) {
 inline void writeU16Record(XlsStream& xls, uint16_t id, uint16_t value) {
     xls.write(id, 2);
     xls.writeInt16(value);
+}
+
+// A run of such records, written in the order given.
+struct U16Record {
+    uint16_t id;
+    uint16_t value;
+};
+inline void writeU16Records(XlsStream& xls, std::initializer_list<U16Record> records) {
+    for (const U16Record& record : records) writeU16Record(xls, record.id, record.value);
 }
 
 }  // namespace zelvar

@@ -172,13 +172,12 @@ public:
     uint16_t u16() {
         uint8_t b[2];
         bytes(b, 2);
-        return static_cast<uint16_t>(b[0] | b[1] << 8);
+        return le::get16(b);
     }
     uint32_t u32() {
         uint8_t b[4];
         bytes(b, 4);
-        return static_cast<uint32_t>(b[0]) | static_cast<uint32_t>(b[1]) << 8 | static_cast<uint32_t>(b[2]) << 16 |
-               static_cast<uint32_t>(b[3]) << 24;
+        return le::get32(b);
     }
     unsigned& left() { return _left; }
 
@@ -217,7 +216,7 @@ ExtString<T> readExtString(XlsStream& xls, unsigned& left, MemPool* pool) {
         if (form && (take & 1)) throw zverror("error in XLUnicodeString record #2");
         in.bytes(piece, take);
         if (form) {
-            for (size_t i = 0; i < take; i += 2) text[have++] = static_cast<wchar_t>(piece[i] | piece[i + 1] << 8);
+            for (size_t i = 0; i < take; i += 2) text[have++] = static_cast<wchar_t>(le::get16(piece + i));
         } else {
             for (size_t i = 0; i < take; ++i) text[have++] = static_cast<wchar_t>(piece[i]);
         }
@@ -256,12 +255,14 @@ public:
     }
     void u8(uint8_t v) { put(&v, 1); }
     void u16(uint16_t v) {
-        uint8_t b[2] = {static_cast<uint8_t>(v), static_cast<uint8_t>(v >> 8)};
+        uint8_t b[2];
+        le::put16(b, v);
         put(b, 2);
     }
     void u32(uint32_t v) {
-        u16(static_cast<uint16_t>(v));
-        u16(static_cast<uint16_t>(v >> 16));
+        uint8_t b[4];
+        le::put32(b, v);
+        put(b, 4);
     }
 
 private:
@@ -369,7 +370,7 @@ void SST<T>::read(XlsStream& xls, uint16_t size, MemPool* pool) {
     unsigned left = size - 8u;
     for (uint32_t i = 0; i < unique; ++i) {
         // Counts that promise more strings than the table holds end at the table's end.
-        if (left == 0 && (xls.eof() || xls.peekInt16() != 0x003C)) break;
+        if (left == 0 && (xls.eof() || xls.peekInt16() != rt::Continue)) break;
         insertLoaded(readExtString<T>(xls, left, pool));
     }
     if (left > 0) {

@@ -8,6 +8,7 @@
 #include <istream>
 #include <sstream>
 
+#include "frame/little_endian.h"
 #include "frame/text.h"
 #include "frame/zverror.h"
 
@@ -18,24 +19,6 @@ namespace {
 const char kWriteError[] = "stream error, perhaps it's too small writing buffer";
 const uint8_t kSignature[8] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
 
-uint16_t get16(const uint8_t* p) { return static_cast<uint16_t>(p[0] | p[1] << 8); }
-uint32_t get32(const uint8_t* p) {
-    return static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 | static_cast<uint32_t>(p[2]) << 16 |
-           static_cast<uint32_t>(p[3]) << 24;
-}
-uint64_t get64(const uint8_t* p) { return get32(p) | static_cast<uint64_t>(get32(p + 4)) << 32; }
-void put16(std::string& out, uint16_t v) {
-    out.push_back(static_cast<char>(v));
-    out.push_back(static_cast<char>(v >> 8));
-}
-void put32(std::string& out, uint32_t v) {
-    put16(out, static_cast<uint16_t>(v));
-    put16(out, static_cast<uint16_t>(v >> 16));
-}
-void put64(std::string& out, uint64_t v) {
-    put32(out, static_cast<uint32_t>(v));
-    put32(out, static_cast<uint32_t>(v >> 32));
-}
 uint32_t ceilDiv(uint64_t a, uint64_t b) { return static_cast<uint32_t>((a + b - 1) / b); }
 
 bool isNamed(const DirEntry& entry, const wchar_t* name) { return sicmp(entry.nameText(), name) == 0; }
@@ -63,37 +46,37 @@ void XlsHeader::read(const uint8_t* p) {
     if (std::memcmp(p, kSignature, 8) != 0) throw zverror("invalid file format");
     std::memcpy(signature, p, 8);
     std::memcpy(clsid, p + 8, 16);
-    minorVersion = get16(p + 24);
-    majorVersion = get16(p + 26);
-    byteOrder = get16(p + 28);
-    sectorShift = get16(p + 30);
-    miniSectorShift = get16(p + 32);
+    minorVersion = le::get16(p + 24);
+    majorVersion = le::get16(p + 26);
+    byteOrder = le::get16(p + 28);
+    sectorShift = le::get16(p + 30);
+    miniSectorShift = le::get16(p + 32);
     std::memcpy(reserved, p + 34, 6);
-    numDirSectors = get32(p + 40);
-    numFatSectors = get32(p + 44);
-    firstDirSector = get32(p + 48);
-    transactionSignature = get32(p + 52);
-    miniStreamCutoff = get32(p + 56);
-    firstMiniFatSector = get32(p + 60);
-    numMiniFatSectors = get32(p + 64);
-    firstDifatSector = get32(p + 68);
-    numDifatSectors = get32(p + 72);
-    for (int i = 0; i < 109; ++i) difat[i] = get32(p + 76 + 4 * i);
+    numDirSectors = le::get32(p + 40);
+    numFatSectors = le::get32(p + 44);
+    firstDirSector = le::get32(p + 48);
+    transactionSignature = le::get32(p + 52);
+    miniStreamCutoff = le::get32(p + 56);
+    firstMiniFatSector = le::get32(p + 60);
+    numMiniFatSectors = le::get32(p + 64);
+    firstDifatSector = le::get32(p + 68);
+    numDifatSectors = le::get32(p + 72);
+    for (int i = 0; i < 109; ++i) difat[i] = le::get32(p + 76 + 4 * i);
 }
 
 void XlsHeader::write(std::string& out) const {
     out.append(reinterpret_cast<const char*>(signature), 8);
     out.append(reinterpret_cast<const char*>(clsid), 16);
-    put16(out, minorVersion);
-    put16(out, majorVersion);
-    put16(out, byteOrder);
-    put16(out, sectorShift);
-    put16(out, miniSectorShift);
+    le::append16(out, minorVersion);
+    le::append16(out, majorVersion);
+    le::append16(out, byteOrder);
+    le::append16(out, sectorShift);
+    le::append16(out, miniSectorShift);
     out.append(reinterpret_cast<const char*>(reserved), 6);
     for (uint32_t v : {numDirSectors, numFatSectors, firstDirSector, transactionSignature, miniStreamCutoff,
                        firstMiniFatSector, numMiniFatSectors, firstDifatSector, numDifatSectors})
-        put32(out, v);
-    for (uint32_t w : difat) put32(out, w);
+        le::append32(out, v);
+    for (uint32_t w : difat) le::append32(out, w);
 }
 
 DirEntry::DirEntry(const wchar_t* newName, unsigned char newType, unsigned int newChildID) {
@@ -110,35 +93,35 @@ DirEntry::DirEntry(const wchar_t* newName, unsigned char newType, unsigned int n
 }
 
 void DirEntry::read(const uint8_t* p) {
-    for (int i = 0; i < 32; ++i) name[i] = static_cast<wchar_t>(get16(p + 2 * i));
-    length = get16(p + 64);
+    for (int i = 0; i < 32; ++i) name[i] = static_cast<wchar_t>(le::get16(p + 2 * i));
+    length = le::get16(p + 64);
     type = p[66];
     color = p[67];
-    leftSiblingID = get32(p + 68);
-    rightSiblingID = get32(p + 72);
-    childID = get32(p + 76);
+    leftSiblingID = le::get32(p + 68);
+    rightSiblingID = le::get32(p + 72);
+    childID = le::get32(p + 76);
     std::memcpy(clsid, p + 80, 16);
-    state = get32(p + 96);
-    creationTime = get64(p + 100);
-    modifiedTime = get64(p + 108);
-    startingSectorLocation = get32(p + 116);
-    streamSize = get64(p + 120);
+    state = le::get32(p + 96);
+    creationTime = le::get64(p + 100);
+    modifiedTime = le::get64(p + 108);
+    startingSectorLocation = le::get32(p + 116);
+    streamSize = le::get64(p + 120);
 }
 
 void DirEntry::write(std::string& out) const {
-    for (int i = 0; i < 32; ++i) put16(out, static_cast<uint16_t>(name[i]));
-    put16(out, length);
+    for (int i = 0; i < 32; ++i) le::append16(out, static_cast<uint16_t>(name[i]));
+    le::append16(out, length);
     out.push_back(static_cast<char>(type));
     out.push_back(static_cast<char>(color));
-    put32(out, leftSiblingID);
-    put32(out, rightSiblingID);
-    put32(out, childID);
+    le::append32(out, leftSiblingID);
+    le::append32(out, rightSiblingID);
+    le::append32(out, childID);
     out.append(reinterpret_cast<const char*>(clsid), 16);
-    put32(out, state);
-    put64(out, creationTime);
-    put64(out, modifiedTime);
-    put32(out, startingSectorLocation);
-    put64(out, streamSize);
+    le::append32(out, state);
+    le::append64(out, creationTime);
+    le::append64(out, modifiedTime);
+    le::append32(out, startingSectorLocation);
+    le::append64(out, streamSize);
 }
 
 std::wstring DirEntry::nameText() const {
@@ -236,7 +219,7 @@ void XlsStream::endLoad() {
 uint32_t XlsStream::readWordAt(uint64_t offset, const char* corruptMessage) {
     const uint8_t* p = fileBytes(offset, 4);
     if (!p) throw zverror(corruptMessage);
-    return get32(p);
+    return le::get32(p);
 }
 
 void XlsStream::readHeader(unsigned& bytesRead) {
@@ -339,7 +322,7 @@ void XlsStream::loadFat() {
         uint64_t base = static_cast<uint64_t>(w + 1ull) * _sectorSize;
         const uint8_t* p = fileBytes(base, _sectorSize);
         if (!p) throw zverror("loadFat: file is corrupt");
-        for (uint32_t i = 0; i < words; ++i) _fat[at++] = get32(p + 4 * i);
+        for (uint32_t i = 0; i < words; ++i) _fat[at++] = le::get32(p + 4 * i);
     }
 }
 
@@ -358,7 +341,7 @@ void XlsStream::loadMiniFat() {
         uint64_t base = static_cast<uint64_t>(sector + 1ull) * _sectorSize;
         const uint8_t* p = fileBytes(base, _sectorSize);
         if (!p) throw zverror("loadMiniFat: file is corrupt");
-        for (uint32_t i = 0; i < words; ++i) _miniFat[at++] = get32(p + 4 * i);
+        for (uint32_t i = 0; i < words; ++i) _miniFat[at++] = le::get32(p + 4 * i);
         if (sector >= _fat.size()) throw zverror("loadMiniFat: error in fat");
         uint32_t next = _fat[sector];
         if (next == sector) throw zverror("loadMiniFat: error in fat");
@@ -508,7 +491,7 @@ int readContinued(XlsStream& xls, char* data, int n, uint16_t& left, const char*
     while (n > 0) {
         if (left == 0) {
             uint16_t id = 0, size = 0;
-            if (xls.readInt16(&id) < 2 || id != 0x003C) throw zverror(message);
+            if (xls.readInt16(&id) < 2 || id != rt::Continue) throw zverror(message);
             xls.readInt16(&size);
             left = size;
             if (left == 0) continue;
@@ -660,7 +643,7 @@ void XlsStream::close() {
     std::string file;
     if (!_miniFat.empty()) {
         _header.firstMiniFatSector = d;
-        for (uint32_t w : _miniFat) put32(file, w);
+        for (uint32_t w : _miniFat) le::append32(file, w);
         append(file.data(), file.size());
         file.clear();
         uint32_t n = appendTail(_miniFat.size() * 4, 0);
@@ -703,11 +686,11 @@ void XlsStream::close() {
         _difat.assign(static_cast<size_t>(x) * difatWords, kFreeSect);
         for (uint32_t i = 109; i < f; ++i) _difat[i - 109] = firstFat + i;
         for (uint32_t s = 0; s < x; ++s) {
-            for (uint32_t i = 0; i < difatWords; ++i) put32(file, _difat[s * difatWords + i]);
-            put32(file, s + 1 < x ? d + s + 1 : kEndOfChain);
+            for (uint32_t i = 0; i < difatWords; ++i) le::append32(file, _difat[s * difatWords + i]);
+            le::append32(file, s + 1 < x ? d + s + 1 : kEndOfChain);
         }
     }
-    for (uint32_t w : _fat) put32(file, w);
+    for (uint32_t w : _fat) le::append32(file, w);
     _header.firstDirSector = firstDir;
     for (const DirEntry& entry : _dir) entry.write(file);
     append(file.data(), file.size());
@@ -773,7 +756,7 @@ void RecordReader::fail() const { throw zverror(std::string(_name) + " size is i
 void writeContinue(XlsStream& xls, uint16_t& left) {
     uint32_t sizeField = xls.writePos() + left - 8226;
     xls.patchInt16(sizeField, static_cast<uint16_t>(8224 - left));
-    xls.write(0x003C, 8224);
+    xls.write(rt::Continue, 8224);
     left = 8224;
 }
 

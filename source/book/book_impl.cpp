@@ -59,14 +59,14 @@ void BookImplT<T>::reset() {
     _backup = _hideObj = _refreshAll = _bookBool = _usesELFs = 0;
     _calcPrecision = 1;
     _country[0] = _country[1] = 1;
-    _recalcIdRt = 449;
+    _recalcIdRt = rt::RecalcId;
     _recalcIdReserved = 0;
     _recalcIdBuild = 114210;
     for (EmptyBiff<T>* slot : {&_obProj, &_obNoMacros, &_codeName, &_xfCRC, &_tableStyles, &_clrtClient,
                                &_mtrSettings, &_forceFullCalculation, &_theme, &_compressPictures, &_compat12})
         slot->clear();
     _xfExts.clear();
-    _supBookBlocks.clear();
+    _externSheets.clear();
     _lbls.clear();
     _drawingGroup.clear();
     _drawing.clear();
@@ -278,8 +278,8 @@ int BookImplT<T>::sheetType(int index) const {
     }
     setOk();
     switch (_sheets[index]->docType()) {
-        case 16: return SheetTypeWorksheet;
-        case 32: return SheetTypeChart;
+        case Bof::kWorksheet: return SheetTypeWorksheet;
+        case Bof::kChart: return SheetTypeChart;
         default: return SheetTypeOther;
     }
 }

@@ -13,6 +13,7 @@
 #include "biff/xls.h"
 #include "formula/formula_decoder.h"
 #include "formula/formula_encoder.h"
+#include "book/extern_sheets.h"
 #include "book/palette.h"
 #include "officeart/drawing_group.h"
 #include "frame/mem_pool.h"
@@ -26,9 +27,12 @@ template <class T> class SheetImplT;
 template <class T> class FormatImplT;
 template <class T> class FontImplT;
 
-// Beginning of a substream: version, document type (5 globals, 16 worksheet, 32 chart) and build.
+// Beginning of a substream: version, document type and build.
 struct Bof {
-    uint16_t vers = 1536, dt = 5, rupBuild = 8346, rupYear = 1997;
+    static constexpr uint16_t kBiff5 = 0x0500, kBiff8 = 0x0600;
+    static constexpr uint16_t kGlobals = 0x0005, kWorksheet = 0x0010, kChart = 0x0020;
+
+    uint16_t vers = kBiff8, dt = kGlobals, rupBuild = 8346, rupYear = 1997;
     uint32_t bfh = 49353, sfo = 774;
 };
 
@@ -175,7 +179,7 @@ public:
     // The workbook stream: globals, then each sheet's substream.
     void readStream();
     void writeStream();
-    bool biff5() const { return _bof.vers < 1281; }
+    bool biff5() const { return _bof.vers <= Bof::kBiff5; }
     void decodeCodePage(std::wstring& text) const;
     // Names that formula tokens refer to.
     std::wstring referenceName(uint16_t ixti) const override;
@@ -219,15 +223,17 @@ private:
     uint16_t _winProtect = 0, _protect = 0, _password = 0, _prot4Rev = 0, _prot4RevPass = 0;
     uint16_t _backup = 0, _hideObj = 0, _calcPrecision = 1, _refreshAll = 0, _bookBool = 0, _usesELFs = 0;
     uint16_t _country[2] = {1, 1};
-    uint16_t _recalcIdRt = 449, _recalcIdReserved = 0;
+    uint16_t _recalcIdRt = rt::RecalcId, _recalcIdReserved = 0;
     uint32_t _recalcIdBuild = 114210;
-    EmptyBiff<T> _obProj{211}, _obNoMacros{445}, _codeName{442}, _xfCRC{2172}, _tableStyles{2190},
-        _clrtClient{4188}, _mtrSettings{2202}, _forceFullCalculation{2211}, _theme{2198},
-        _compressPictures{2203}, _compat12{2188};
+    EmptyBiff<T> _obProj{rt::ObProj}, _obNoMacros{rt::ObNoMacros}, _codeName{rt::CodeName}, _xfCRC{rt::XFCRC},
+        _tableStyles{rt::TableStyles}, _clrtClient{rt::ClrtClient}, _mtrSettings{rt::MTRSettings},
+        _forceFullCalculation{rt::ForceFullCalculation}, _theme{rt::Theme}, _compressPictures{rt::CompressPictures},
+        _compat12{rt::Compat12};
     std::vector<Biff<T>> _xfExts;
-    // Blocks carried as read: external references (SupBook and what follows it), defined names,
-    // and the drawing group, each record with its CONTINUE records.
-    std::vector<std::vector<Biff<T>>> _supBookBlocks;
+    // External references: the SupBook blocks and the external sheet table.
+    ExternSheets<T> _externSheets;
+    // Blocks carried as read: defined names and the drawing group, each record with its CONTINUE
+    // records.
     std::vector<std::vector<Biff<T>>> _lbls;
     std::vector<Biff<T>> _drawingGroup;
     // The drawing group as read from _drawingGroup; written from here once something changed it.

@@ -12,60 +12,6 @@
 
 namespace zelvar {
 
-namespace {
-
-// The external sheet table (an ExternSheet record) of a SupBook block, at its position in the
-// block, or the block's size when it has none.
-template <class T>
-size_t externSheetAt(const std::vector<Biff<T>>& block) {
-    for (size_t r = 0; r < block.size(); ++r)
-        if (block[r].id == 23) return r;
-    return block.size();
-}
-
-// A long table goes on in CONTINUE records; its entries may be cut anywhere between them. The
-// whole table is their payloads joined.
-template <class T>
-std::vector<uint8_t> joinedTable(const std::vector<Biff<T>>& block, size_t at) {
-    std::vector<uint8_t> table = block[at].payload;
-    for (size_t r = at + 1; r < block.size() && block[r].id == 60; ++r)
-        table.insert(table.end(), block[r].payload.begin(), block[r].payload.end());
-    return table;
-}
-
-// Puts the joined table back. A table of the same length keeps the pieces the file had; any other
-// is cut anew: the count and as many entries as fit into the first record, then CONTINUEs of whole
-// entries.
-template <class T>
-void storeTable(std::vector<Biff<T>>& block, size_t at, const std::vector<uint8_t>& table) {
-    size_t end = at + 1;
-    size_t length = block[at].payload.size();
-    while (end < block.size() && block[end].id == 60) length += block[end++].payload.size();
-    if (length == table.size()) {
-        size_t from = 0;
-        for (size_t r = at; r < end; ++r) {
-            std::copy(table.begin() + static_cast<long>(from),
-                      table.begin() + static_cast<long>(from + block[r].payload.size()), block[r].payload.begin());
-            from += block[r].payload.size();
-        }
-        return;
-    }
-    std::vector<Biff<T>> pieces;
-    const size_t entriesPerRecord = 8224 / 6;
-    size_t first = std::min(table.size(), 2 + 6 * entriesPerRecord);
-    pieces.emplace_back(23);
-    pieces.back().payload.assign(table.begin(), table.begin() + static_cast<long>(first));
-    for (size_t from = first; from < table.size(); from += 6 * entriesPerRecord) {
-        size_t to = std::min(table.size(), from + 6 * entriesPerRecord);
-        pieces.emplace_back(60);
-        pieces.back().payload.assign(table.begin() + static_cast<long>(from), table.begin() + static_cast<long>(to));
-    }
-    block.erase(block.begin() + static_cast<long>(at), block.begin() + static_cast<long>(end));
-    block.insert(block.begin() + static_cast<long>(at), pieces.begin(), pieces.end());
-}
-
-}  // namespace
-
 // Text of old files is 8-bit in the book's code page; it was widened byte by byte.
 template <class T>
 void BookImplT<T>::decodeCodePage(std::wstring& text) const {
@@ -90,25 +36,18 @@ void BookImplT<T>::decodeCodePage(std::wstring& text) const {
     text = out;
 }
 
-// The external sheet table lives in the first block that carries one.
+// The external sheet table names a range of this book's sheets; what lies outside them is #REF!.
 template <class T>
 std::wstring BookImplT<T>::referenceName(uint16_t ixti) const {
-    for (const auto& block : _supBookBlocks) {
-        size_t at = externSheetAt(block);
-        if (at == block.size()) continue;
-        std::vector<uint8_t> table = joinedTable(block, at);
-        if (table.size() < 2) continue;
-        size_t count = table[0] | table[1] << 8;
-        if (ixti >= count || 2 + 6u * (ixti + 1u) > table.size()) return L"#REF!";
-        const uint8_t* xti = table.data() + 2 + 6u * ixti;
-        int16_t first = static_cast<int16_t>(xti[2] | xti[3] << 8);
-        int16_t last = static_cast<int16_t>(xti[4] | xti[5] << 8);
-        int sheets = static_cast<int>(_sheets.size());
-        if (first < 0 || first >= sheets || last < 0 || last >= sheets) return L"#REF!";
-        if (first == last) return GetFormula::quote(_sheets[first]->nameRef()) + L"!";
-        return GetFormula::quote(_sheets[first]->nameRef() + L":" + _sheets[last]->nameRef()) + L"!";
-    }
-    return std::wstring();
+    XtiEntry xti;
+    auto found = _externSheets.find(ixti, xti);
+    if (found == ExternSheets<T>::Lookup::NoTable) return std::wstring();
+    int sheets = static_cast<int>(_sheets.size());
+    if (found == ExternSheets<T>::Lookup::NoEntry || xti.first < 0 || xti.first >= sheets || xti.last < 0 ||
+        xti.last >= sheets)
+        return L"#REF!";
+    if (xti.first == xti.last) return GetFormula::quote(_sheets[xti.first]->nameRef()) + L"!";
+    return GetFormula::quote(_sheets[xti.first]->nameRef() + L":" + _sheets[xti.last]->nameRef()) + L"!";
 }
 
 template <class T>
@@ -133,159 +72,42 @@ void BookImplT<T>::getIndexesByName(const std::wstring& quoted, int& first, int&
     if (first < 0) throw zverror("sheet is not found");
 }
 
-// The XTI of a sheet range in the table of this book's own SupBook: found, or appended. The table
-// (an ExternSheet record) stands after the last SupBook block.
+// The XTI of a sheet range in the table of this book's own SupBook: found, or appended.
 template <class T>
 uint16_t BookImplT<T>::makeXti(const std::wstring& sheet) {
-    int first = -1, lastTab = -1;
-    getIndexesByName(sheet, first, lastTab);
-    size_t self = _supBookBlocks.size();
-    for (size_t i = 0; i < _supBookBlocks.size(); ++i) {
-        const auto& head = _supBookBlocks[i].front();
-        if (head.id == 430 && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
-            self = i;
-            break;
-        }
-    }
-    if (self == _supBookBlocks.size()) {
-        Biff<T> supBook(430);
-        uint16_t tabs = static_cast<uint16_t>(_sheets.size());
-        supBook.payload = {static_cast<uint8_t>(tabs), static_cast<uint8_t>(tabs >> 8), 1, 4};
-        _supBookBlocks.push_back({supBook});
-    }
-    // The ExternSheet record, with its continuations, must stand at the end of the last block.
-    std::vector<Biff<T>>& last = _supBookBlocks.back();
-    size_t at = externSheetAt(last);
-    if (at == last.size()) {
-        for (size_t b = 0; b + 1 < _supBookBlocks.size(); ++b) {
-            auto& block = _supBookBlocks[b];
-            size_t r = externSheetAt(block);
-            if (r == block.size()) continue;
-            size_t end = r + 1;
-            while (end < block.size() && block[end].id == 60) ++end;
-            at = last.size();
-            last.insert(last.end(), block.begin() + static_cast<long>(r), block.begin() + static_cast<long>(end));
-            block.erase(block.begin() + static_cast<long>(r), block.begin() + static_cast<long>(end));
-            break;
-        }
-    }
-    if (at == last.size()) {
-        last.emplace_back(23);
-        last.back().payload = {0, 0};
-    }
-    std::vector<uint8_t> table = joinedTable(last, at);
-    if (table.size() < 2) table = {0, 0};
-    size_t count = table[0] | table[1] << 8;
-    count = std::min(count, (table.size() - 2) / 6);
-    uint16_t found = static_cast<uint16_t>(count);
-    for (size_t i = 0; i < count; ++i) {
-        const uint8_t* x = table.data() + 2 + 6 * i;
-        if ((x[0] | x[1] << 8) == static_cast<int>(self) && static_cast<int16_t>(x[2] | x[3] << 8) == first &&
-            static_cast<int16_t>(x[4] | x[5] << 8) == lastTab) {
-            found = static_cast<uint16_t>(i);
-            break;
-        }
-    }
-    if (found == count) {
-        // The count field holds at most 65535 entries.
-        if (count >= 65535) throw zverror("error in record ExternSheet");
-        table.resize(2 + 6 * count);
-        for (unsigned v : {static_cast<unsigned>(self), static_cast<unsigned>(first), static_cast<unsigned>(lastTab)}) {
-            table.push_back(static_cast<uint8_t>(v));
-            table.push_back(static_cast<uint8_t>(v >> 8));
-        }
-        ++count;
-        table[0] = static_cast<uint8_t>(count);
-        table[1] = static_cast<uint8_t>(count >> 8);
-        storeTable(last, at, table);
-    }
-    return found;
+    int first = -1, last = -1;
+    getIndexesByName(sheet, first, last);
+    return _externSheets.ownXti(first, last, _sheets.size());
 }
 
 // After a sheet is inserted at or removed from index, names and the external sheet table of this
 // book's own SupBook follow the sheets they meant.
 template <class T>
 void BookImplT<T>::followSheetList(int index, bool inserted) {
-    auto u16 = [](const std::vector<uint8_t>& p, size_t at) { return static_cast<int>(p[at] | p[at + 1] << 8); };
-    auto set16 = [](std::vector<uint8_t>& p, size_t at, int v) {
-        p[at] = static_cast<uint8_t>(v);
-        p[at + 1] = static_cast<uint8_t>(v >> 8);
-    };
     // Names that belong to a sheet carry its tab + 1.
     int noted = -1;
     for (size_t i = 0; i < _lbls.size(); ++i) {
         if (_lbls[i].empty() || _lbls[i].front().payload.size() < 10) continue;
         std::vector<uint8_t>& p = _lbls[i].front().payload;
-        int itab = u16(p, 8);
+        int itab = le::get16(&p[8]);
         if (inserted) {
-            if (itab >= index + 1) set16(p, 8, itab + 1);
+            if (itab >= index + 1) le::put16(&p[8], static_cast<uint32_t>(itab + 1));
         } else if (itab == index + 1) {
             noted = static_cast<int>(i);
         } else if (itab > index + 1) {
-            set16(p, 8, itab - 1);
+            le::put16(&p[8], static_cast<uint32_t>(itab - 1));
         }
     }
     if (noted >= 0) _lbls.erase(_lbls.begin() + noted);
-    int self = -1;
-    for (size_t i = 0; i < _supBookBlocks.size() && self < 0; ++i) {
-        auto& head = _supBookBlocks[i].front();
-        if (head.id == 430 && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4) {
-            self = static_cast<int>(i);
-            set16(head.payload, 0, static_cast<int>(_sheets.size()));
-        }
-    }
-    if (self < 0) return;
-    for (auto& block : _supBookBlocks) {
-        size_t table = externSheetAt(block);
-        if (table == block.size()) continue;
-        std::vector<uint8_t> entries = joinedTable(block, table);
-        if (entries.size() < 2) continue;
-        size_t count = std::min<size_t>(u16(entries, 0), (entries.size() - 2) / 6);
-        for (size_t k = 0; k < count; ++k) {
-            size_t at = 2 + 6 * k;
-            if (u16(entries, at) != self) continue;
-            int first = static_cast<int16_t>(u16(entries, at + 2));
-            int last = static_cast<int16_t>(u16(entries, at + 4));
-            if (inserted) {
-                if (first >= index) {
-                    ++first;
-                    ++last;
-                } else if (last >= index) {
-                    ++last;
-                }
-            } else {
-                if (index >= first && index <= last) first = last = -1;
-                if (first > index) --first;
-                if (last > index) --last;
-            }
-            set16(entries, at + 2, first);
-            set16(entries, at + 4, last);
-        }
-        storeTable(block, table, entries);
-    }
+    _externSheets.followSheetList(index, inserted, _sheets.size());
 }
 
 template <class T>
 bool BookImplT<T>::xtiCoversTab(uint16_t ixti, int tab) const {
-    int self = -1;
-    for (size_t i = 0; i < _supBookBlocks.size() && self < 0; ++i) {
-        const auto& head = _supBookBlocks[i].front();
-        if (head.id == 430 && head.payload.size() == 4 && head.payload[2] == 1 && head.payload[3] == 4)
-            self = static_cast<int>(i);
-    }
-    if (self < 0) return false;
-    for (const auto& block : _supBookBlocks) {
-        size_t at = externSheetAt(block);
-        if (at == block.size()) continue;
-        std::vector<uint8_t> table = joinedTable(block, at);
-        if (table.size() < 2) continue;
-        size_t count = std::min<size_t>(table[0] | table[1] << 8, (table.size() - 2) / 6);
-        if (ixti >= count) return false;
-        const uint8_t* x = table.data() + 2 + 6 * ixti;
-        int first = static_cast<int16_t>(x[2] | x[3] << 8), last = static_cast<int16_t>(x[4] | x[5] << 8);
-        return (x[0] | x[1] << 8) == self && tab >= first && tab <= last;
-    }
-    return false;
+    int own = _externSheets.ownSupBook();
+    XtiEntry xti;
+    return own >= 0 && _externSheets.find(ixti, xti) == ExternSheets<T>::Lookup::Found && xti.supBook == own &&
+           tab >= xti.first && tab <= xti.last;
 }
 
 template <class T>
@@ -296,7 +118,7 @@ std::wstring BookImplT<T>::definedName(uint32_t index) const {
     if (index == 0 || index > _lbls.size() || _lbls[index - 1].empty()) return L"?";
     const std::vector<uint8_t>& p = _lbls[index - 1].front().payload;
     if (p.size() < 15) return L"?";
-    uint16_t grbit = static_cast<uint16_t>(p[0] | p[1] << 8);
+    uint16_t grbit = le::get16(&p[0]);
     size_t cch = p[3];
     std::wstring name;
     try {
@@ -314,24 +136,24 @@ template <class T>
 void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
     XlsStream& xls = _xls;
     switch (type) {
-        case 14: _calcPrecision = readU16Record(xls, size, "CalcPrecision"); break;
-        case 18: {
+        case rt::CalcPrecision: _calcPrecision = readU16Record(xls, size, "CalcPrecision"); break;
+        case rt::Protect: {
             // Writers differ in this record's length; its first word is the flag.
             RecordReader in(xls, size, "Protect");
             if (in.left() >= 2) _protect = in.u16();
             break;
         }
-        case 19: _password = readU16Record(xls, size, "Password"); break;
-        case 24: {
+        case rt::Password: _password = readU16Record(xls, size, "Password"); break;
+        case rt::Lbl: {
             std::vector<Biff<T>> name;
             readRawWithContinues(xls, type, size, name);
             _lbls.push_back(std::move(name));
             break;
         }
-        case 25: _winProtect = readU16Record(xls, size, "WinProtect"); break;
-        case 34: _date1904 = readU16Record(xls, size, "Date1904"); break;
-        case 47: throw zverror("workbook is encrypted");
-        case 49: {
+        case rt::WinProtect: _winProtect = readU16Record(xls, size, "WinProtect"); break;
+        case rt::Date1904: _date1904 = readU16Record(xls, size, "Date1904"); break;
+        case rt::FilePass: throw zverror("workbook is encrypted");
+        case rt::Font: {
             RecordReader in(xls, size, "Font");
             if (size < 14) in.fail();
             std::unique_ptr<FontImplT<T>> font(new FontImplT<T>(this));
@@ -349,7 +171,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _fonts.push_back(font.release());
             break;
         }
-        case 61: {
+        case rt::Window1: {
             RecordReader in(xls, size, "Window1");
             if (size != 18) in.fail();
             _window1.xWn = in.u16();
@@ -363,14 +185,14 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _window1.wTabRatio = in.u16();
             break;
         }
-        case 64: _backup = readU16Record(xls, size, "Backup"); break;
-        case 66: _codePage = readU16Record(xls, size, "CodePage"); break;
-        case 92: {
+        case rt::Backup: _backup = readU16Record(xls, size, "Backup"); break;
+        case rt::CodePage: _codePage = readU16Record(xls, size, "CodePage"); break;
+        case rt::WriteAccess: {
             RecordReader in(xls, size, "WriteAccess");
             _writeAccess.assign(in.at(), in.at() + in.size());
             break;
         }
-        case 133: {
+        case rt::BoundSheet8: {
             RecordReader in(xls, size, "BoundSheet8");
             if (size < 8 && !(biff5() && size >= 7)) in.fail();
             BoundSheet bound;
@@ -382,15 +204,15 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             if (biff5()) decodeCodePage(_boundSheetNames.back());
             break;
         }
-        case 140: {
+        case rt::Country: {
             RecordReader in(xls, size, "Country");
             if (size != 4) in.fail();
             _country[0] = in.u16();
             _country[1] = in.u16();
             break;
         }
-        case 141: _hideObj = readU16Record(xls, size, "HideObj"); break;
-        case 146: {
+        case rt::HideObj: _hideObj = readU16Record(xls, size, "HideObj"); break;
+        case rt::Palette: {
             RecordReader in(xls, size, "Palette");
             int16_t ccv = static_cast<int16_t>(in.u16());
             if (ccv < 0 || size != 2 + 4 * ccv) in.fail();
@@ -405,8 +227,8 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _paletteUsed = true;
             break;
         }
-        case 156: _builtInFnGroupCount = readU16Record(xls, size, "BuiltInFnGroupCount"); break;
-        case 193: {
+        case rt::BuiltInFnGroupCount: _builtInFnGroupCount = readU16Record(xls, size, "BuiltInFnGroupCount"); break;
+        case rt::Mms: {
             RecordReader in(xls, size, "Mms");
             if (size != 0 && size != 2) in.fail();
             if (size == 2) {
@@ -415,19 +237,19 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             }
             break;
         }
-        case 211: _obProj.read(xls, size); break;
-        case 442: _codeName.read(xls, size); break;
-        case 445: _obNoMacros.read(xls, size); break;
-        case 2172: _xfCRC.read(xls, size); break;
-        case 2188: _compat12.read(xls, size); break;
-        case 2190: _tableStyles.read(xls, size); break;
-        case 2198: _theme.read(xls, size); break;
-        case 2202: _mtrSettings.read(xls, size); break;
-        case 2203: _compressPictures.read(xls, size); break;
-        case 2211: _forceFullCalculation.read(xls, size); break;
-        case 4188: _clrtClient.read(xls, size); break;
-        case 218: _bookBool = readU16Record(xls, size, "BookBool"); break;
-        case 224: {
+        case rt::ObProj: _obProj.read(xls, size); break;
+        case rt::CodeName: _codeName.read(xls, size); break;
+        case rt::ObNoMacros: _obNoMacros.read(xls, size); break;
+        case rt::XFCRC: _xfCRC.read(xls, size); break;
+        case rt::Compat12: _compat12.read(xls, size); break;
+        case rt::TableStyles: _tableStyles.read(xls, size); break;
+        case rt::Theme: _theme.read(xls, size); break;
+        case rt::MTRSettings: _mtrSettings.read(xls, size); break;
+        case rt::CompressPictures: _compressPictures.read(xls, size); break;
+        case rt::ForceFullCalculation: _forceFullCalculation.read(xls, size); break;
+        case rt::ClrtClient: _clrtClient.read(xls, size); break;
+        case rt::BookBool: _bookBool = readU16Record(xls, size, "BookBool"); break;
+        case rt::XF: {
             RecordReader in(xls, size, "XF");
             std::unique_ptr<FormatImplT<T>> format(new FormatImplT<T>(this));
             // A shorter XF stops at any field boundary.
@@ -468,28 +290,28 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _formats.push_back(format.release());
             break;
         }
-        case 225: {
+        case rt::InterfaceHdr: {
             RecordReader in(xls, size, "InterfaceHdr");
             if (size != 0 && size != 2) in.fail();
             if (size == 2) _interfaceHdr = in.u16();
             break;
         }
-        case 226: {
+        case rt::InterfaceEnd: {
             RecordReader in(xls, size, "InterfaceEnd");
             in.done();
             break;
         }
-        case 235:
+        case rt::MsoDrawingGroup:
             // Writers split a large drawing group over several MsoDrawingGroup records, each
             // with its own CONTINUEs; together they are the one drawing group of the book.
             readRawWithContinues(xls, type, size, _drawingGroup);
             break;
-        case 252: _sst.read(xls, size, &_pool); break;
-        case 255: {
+        case rt::SST: _sst.read(xls, size, &_pool); break;
+        case rt::ExtSST: {
             RecordReader skip(xls, size, "ExtSST");
             break;
         }
-        case 317: {
+        case rt::RRTabId: {
             RecordReader in(xls, size, "RRTabId");
             if (size & 1) in.fail();
             if (size >= 2) {
@@ -498,34 +320,18 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             }
             break;
         }
-        case 352: _usesELFs = readU16Record(xls, size, "UsesELFs"); break;
-        case 353: _dsf = readU16Record(xls, size, "DSF"); break;
-        case 430: {
-            std::vector<Biff<T>> block;
-            readRaw(xls, type, size, block);
-            uint64_t sum = size;
-            while (!xls.eof()) {
-                uint16_t next = xls.peekInt16();
-                if (next != 35 && next != 89 && next != 90 && next != 23 && next != 60) break;
-                uint16_t nextType = 0, nextSize = 0;
-                xls.readInt16(&nextType);
-                xls.readInt16(&nextSize);
-                sum += nextSize + 4u;
-                if (sum > xls.fileSize()) throw zverror("SupBookBlock: file is corrupt");
-                readRaw(xls, nextType, nextSize, block);
-            }
-            _supBookBlocks.push_back(std::move(block));
-            break;
-        }
-        case 431: _prot4Rev = readU16Record(xls, size, "Prot4Rev"); break;
-        case 439: _refreshAll = readU16Record(xls, size, "RefreshAll"); break;
-        case 444: _prot4RevPass = readU16Record(xls, size, "Prot4RevPass"); break;
-        case 448: {
+        case rt::UsesELFs: _usesELFs = readU16Record(xls, size, "UsesELFs"); break;
+        case rt::DSF: _dsf = readU16Record(xls, size, "DSF"); break;
+        case rt::SupBook: _externSheets.readBlock(xls, size); break;
+        case rt::Prot4Rev: _prot4Rev = readU16Record(xls, size, "Prot4Rev"); break;
+        case rt::RefreshAll: _refreshAll = readU16Record(xls, size, "RefreshAll"); break;
+        case rt::Prot4RevPass: _prot4RevPass = readU16Record(xls, size, "Prot4RevPass"); break;
+        case rt::Excel9File: {
             RecordReader in(xls, size, "Excel9File");
             in.done();
             break;
         }
-        case 449: {
+        case rt::RecalcId: {
             RecordReader in(xls, size, "RecalcId");
             if (size != 8) in.fail();
             _recalcIdRt = in.u16();
@@ -533,7 +339,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _recalcIdBuild = in.u32();
             break;
         }
-        case 659: {
+        case rt::Style: {
             RecordReader in(xls, size, "Style");
             StyleBlock block;
             block.style.ixfe = static_cast<int16_t>(in.u16());
@@ -545,7 +351,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
                 if (biff5()) decodeCodePage(block.style.name);
             }
             in.done();
-            if (!xls.eof() && xls.peekInt16() == 0x0892) {
+            if (!xls.eof() && xls.peekInt16() == rt::StyleExt) {
                 uint16_t extType = 0, extSize = 0;
                 xls.readInt16(&extType);
                 xls.readInt16(&extSize);
@@ -556,7 +362,7 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             _styles.push_back(std::move(block));
             break;
         }
-        case 1054: {
+        case rt::Format: {
             RecordReader in(xls, size, "Format");
             if (size < (biff5() ? 3 : 5)) in.fail();
             uint16_t id = in.u16();
@@ -565,11 +371,11 @@ void BookImplT<T>::readGlobal(uint16_t type, uint16_t size) {
             if (biff5()) decodeCodePage(_customNumFormats.back().second);
             break;
         }
-        case 2147: {
+        case rt::BookExt: {
             RecordReader skip(xls, size, "BookExt");
             break;
         }
-        case 2173: readRaw(xls, type, size, _xfExts); break;
+        case rt::XFExt: readRaw(xls, type, size, _xfExts); break;
         default: readRaw(xls, type, size, _unknownRecords); break;
     }
 }
@@ -596,7 +402,7 @@ void writeBof(XlsStream& xls, const Bof& bof) {
     w.u16(bof.rupYear);
     w.u32(bof.bfh);
     w.u32(bof.sfo);
-    w.write(xls, 2057);
+    w.write(xls, rt::Bof);
 }
 
 template <class T>
@@ -611,11 +417,11 @@ void BookImplT<T>::readStream() {
         if (_xls.readInt16(&type) < 2) break;
         if (type == 0) throw zverror("read error: record id can't be 0");
         if (_xls.readInt16(&size) < 2) throw zverror("read error: the stream ends inside a record");
-        if (type == 10) break;
-        if (type == 2057) {
+        if (type == rt::Eof) break;
+        if (type == rt::Bof) {
             if (sawBof) throw zverror("read error: unexpected BOF record");
             _bof = readBof(_xls, size);
-            if (_bof.vers != 1280 && _bof.vers != 1536) throw zverror("This file format isn't supported");
+            if (_bof.vers != Bof::kBiff5 && _bof.vers != Bof::kBiff8) throw zverror("This file format isn't supported");
             sawBof = true;
             continue;
         }
@@ -649,40 +455,34 @@ void BookImplT<T>::writeStream() {
     XlsStream& xls = _xls;
     xls.writeHeader();
     writeBof(xls, _bof);
-    writeU16Record(xls, 225, _interfaceHdr);
-    xls.write(193, 2);
+    writeU16Record(xls, rt::InterfaceHdr, _interfaceHdr);
+    xls.write(rt::Mms, 2);
     xls.write(reinterpret_cast<const char*>(_mms), 2);
-    xls.write(226, 0);
-    xls.write(92, reinterpret_cast<const char*>(_writeAccess.data()), static_cast<int>(_writeAccess.size()));
-    writeU16Record(xls, 66, _codePage);
-    writeU16Record(xls, 353, _dsf);
+    xls.write(rt::InterfaceEnd, 0);
+    xls.write(rt::WriteAccess, reinterpret_cast<const char*>(_writeAccess.data()), static_cast<int>(_writeAccess.size()));
+    writeU16Record(xls, rt::CodePage, _codePage);
+    writeU16Record(xls, rt::DSF, _dsf);
     {
         RecordWriter tabs;
         for (uint16_t id : _rrTabId) tabs.u16(id);
-        tabs.write(xls, 317);
+        tabs.write(xls, rt::RRTabId);
     }
     _obProj.writeIfPresent(xls);
     _obNoMacros.writeIfPresent(xls);
     _codeName.writeIfPresent(xls);
-    writeU16Record(xls, 156, _builtInFnGroupCount);
-    writeU16Record(xls, 25, _winProtect);
-    writeU16Record(xls, 18, _protect);
-    writeU16Record(xls, 19, _password);
-    writeU16Record(xls, 431, _prot4Rev);
-    writeU16Record(xls, 444, _prot4RevPass);
+    writeU16Records(xls, {{rt::BuiltInFnGroupCount, _builtInFnGroupCount}, {rt::WinProtect, _winProtect},
+                          {rt::Protect, _protect}, {rt::Password, _password}, {rt::Prot4Rev, _prot4Rev},
+                          {rt::Prot4RevPass, _prot4RevPass}});
     {
         RecordWriter w;
         for (uint16_t v : {_window1.xWn, _window1.yWn, _window1.dxWn, _window1.dyWn, _window1.flags,
                            _window1.itabCur, _window1.itabFirst, _window1.ctabSel, _window1.wTabRatio})
             w.u16(v);
-        w.write(xls, 61);
+        w.write(xls, rt::Window1);
     }
-    writeU16Record(xls, 64, _backup);
-    writeU16Record(xls, 141, _hideObj);
-    writeU16Record(xls, 34, _date1904);
-    writeU16Record(xls, 14, _calcPrecision);
-    writeU16Record(xls, 439, _refreshAll);
-    writeU16Record(xls, 218, _bookBool);
+    writeU16Records(xls, {{rt::Backup, _backup}, {rt::HideObj, _hideObj}, {rt::Date1904, _date1904},
+                          {rt::CalcPrecision, _calcPrecision}, {rt::RefreshAll, _refreshAll},
+                          {rt::BookBool, _bookBool}});
     for (FontImplT<T>* font : _fonts) {
         RecordWriter w;
         w.u16(font->dyHeight);
@@ -695,13 +495,13 @@ void BookImplT<T>::writeStream() {
         w.u8(font->bCharSet);
         w.u8(font->reserved);
         if (!font->fontName.empty()) w.string16(font->fontName, true);
-        w.write(xls, 49);
+        w.write(xls, rt::Font);
     }
     for (const auto& format : _customNumFormats) {
         RecordWriter w;
         w.u16(format.first);
         w.string16(format.second, false);
-        w.write(xls, 1054);
+        w.write(xls, rt::Format);
     }
     for (FormatImplT<T>* format : _formats) {
         RecordWriter w;
@@ -712,7 +512,7 @@ void BookImplT<T>::writeStream() {
         w.u32(format->border);
         w.u32(format->colour);
         w.u16(format->fill);
-        w.write(xls, 224);
+        w.write(xls, rt::XF);
     }
     _xfCRC.writeIfPresent(xls);
     for (const auto& ext : _xfExts) ext.write(xls);
@@ -725,9 +525,9 @@ void BookImplT<T>::writeStream() {
         } else {
             w.string16(block.style.name, false);
         }
-        w.write(xls, 659);
+        w.write(xls, rt::Style);
         if (block.hasStyleExt)
-            xls.write(0x0892, reinterpret_cast<const char*>(block.styleExt.data()), static_cast<int>(block.styleExt.size()));
+            xls.write(rt::StyleExt, reinterpret_cast<const char*>(block.styleExt.data()), static_cast<int>(block.styleExt.size()));
     }
     _tableStyles.writeIfPresent(xls);
     if (_paletteUsed) {
@@ -739,10 +539,10 @@ void BookImplT<T>::writeStream() {
             w.u8(c.blue);
             w.u8(c.reserved);
         }
-        w.write(xls, 146);
+        w.write(xls, rt::Palette);
     }
     _clrtClient.writeIfPresent(xls);
-    writeU16Record(xls, 352, _usesELFs);
+    writeU16Record(xls, rt::UsesELFs, _usesELFs);
     std::vector<uint32_t> boundSheetPositions;
     for (size_t i = 0; i < _sheets.size(); ++i) {
         boundSheetPositions.push_back(xls.writePos());
@@ -751,15 +551,14 @@ void BookImplT<T>::writeStream() {
         w.u8(_boundSheets[i].hsState);
         w.u8(_boundSheets[i].dt);
         if (!_sheets[i]->nameRef().empty()) w.string16(_sheets[i]->nameRef(), true);
-        w.write(xls, 133);
+        w.write(xls, rt::BoundSheet8);
     }
     _mtrSettings.writeIfPresent(xls);
     _forceFullCalculation.writeIfPresent(xls);
-    xls.write(140, 4);
+    xls.write(rt::Country, 4);
     xls.writeInt16(_country[0]);
     xls.writeInt16(_country[1]);
-    for (const auto& block : _supBookBlocks)
-        for (const auto& record : block) record.write(xls);
+    _externSheets.write(xls);
     for (const auto& name : _lbls)
         for (const auto& record : name) record.write(xls);
     if (_drawing.modified()) {
@@ -767,12 +566,12 @@ void BookImplT<T>::writeStream() {
         std::vector<uint8_t> art = _drawing.bytes();
         for (size_t at = 0; at < art.size(); at += 8224) {
             size_t n = std::min<size_t>(8224, art.size() - at);
-            xls.write(at == 0 ? 235 : 60, reinterpret_cast<const char*>(art.data() + at), static_cast<int>(n));
+            xls.write(at == 0 ? rt::MsoDrawingGroup : rt::Continue, reinterpret_cast<const char*>(art.data() + at), static_cast<int>(n));
         }
     } else {
         for (const auto& record : _drawingGroup) record.write(xls);
     }
-    xls.write(449, 8);
+    xls.write(rt::RecalcId, 8);
     xls.writeInt16(_recalcIdRt);
     xls.writeInt16(_recalcIdReserved);
     xls.writeInt32(_recalcIdBuild);
@@ -781,7 +580,7 @@ void BookImplT<T>::writeStream() {
     _compressPictures.writeIfPresent(xls);
     _compat12.writeIfPresent(xls);
     for (const auto& record : _unknownRecords) record.write(xls);
-    xls.write(10, 0);
+    xls.write(rt::Eof, 0);
 
     for (size_t i = 0; i < _sheets.size(); ++i) {
         uint32_t start = xls.writePos();

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <vector>
 
+#include "frame/little_endian.h"
+
 namespace zelvar {
 
 // Kind numbers stored in the sheet index entries.
@@ -94,7 +96,7 @@ struct Formula {
     std::vector<uint8_t> tokens;
     const wchar_t* stringValue = nullptr;
 
-    uint16_t resultWord() const { return static_cast<uint16_t>(result[6] | result[7] << 8); }
+    uint16_t resultWord() const { return le::get16(result + 6); }
     bool isNumber() const { return resultWord() < 65535; }
     double number() const {
         double v;
@@ -128,6 +130,16 @@ struct FormulaBlock {
     std::vector<uint8_t> stringRecord;
     std::vector<std::vector<uint8_t>> stringContinues;
 };
+
+// The row, column and format fields of a cell record of any kind: a formula keeps them in its
+// Formula record.
+template <class R>
+auto& cellHead(R& record) {
+    if constexpr (R::kind == KindFormula)
+        return record.formula;
+    else
+        return record;
+}
 
 // A Row record in memory. grbit: bits 0-2 outline level, 4 collapsed, 5 hidden, 7 formatted.
 struct Row {

@@ -174,7 +174,7 @@ void SheetImplT<T>::setPicture2(int row, int col, int pictureId, int width, int 
         _objectCounter = objId + 1;
         NewShape shape;
         shape.art = pictureShape(plan.spid, pib, coord);
-        shape.objects.push_back({kObj, pictureObj(objId)});
+        shape.objects.push_back({rt::Obj, pictureObj(objId)});
         insertShape(_objects, plan, shape);
         group.addPicRef(pib);
         return true;
@@ -202,7 +202,7 @@ void SheetImplT<T>::writeComment(int row, int col, const T* value, const T* auth
         _objectCounter = objId;
         NewShape shape;
         shape.art = commentShape(plan.spid, coord);
-        shape.objects.push_back({kObj, commentObj(objId)});
+        shape.objects.push_back({rt::Obj, commentObj(objId)});
         shape.textboxArt = clientTextbox();
         // The text's run names font 5, the first font a book adds; a book with fewer fonts uses
         // its default font.
@@ -222,7 +222,7 @@ void SheetImplT<T>::writeComment(int row, int col, const T* value, const T* auth
             }
         }
         if (!payload.empty()) {
-            Biff<T> record(kNoteSh);
+            Biff<T> record(rt::NoteSh);
             record.payload = std::move(payload);
             _noteShs.push_back(std::move(record));
         }
@@ -237,15 +237,15 @@ const T* SheetImplT<T>::readComment(int row, int col) const {
         const bool biff5 = _book->biff5();
         for (size_t i = 0; i < _noteShs.size(); ++i) {
             const auto& p = _noteShs[i].payload;
-            if (p.size() < 6 || artU16(p.data()) != row || artU16(p.data() + 2) != col) continue;
+            if (p.size() < 6 || le::get16(p.data()) != row || le::get16(p.data() + 2) != col) continue;
             std::wstring text;
             if (biff5) {
                 // The text rides in the note itself and in notes with row 0xFFFF behind it.
                 for (size_t j = i; j < _noteShs.size(); ++j) {
                     const auto& q = _noteShs[j].payload;
-                    if (j > i && (q.size() < 6 || artU16(q.data()) != 0xFFFF)) break;
+                    if (j > i && (q.size() < 6 || le::get16(q.data()) != 0xFFFF)) break;
                     if (q.size() < 6) break;
-                    size_t n = std::min<size_t>(artU16(q.data() + 4), q.size() - 6);
+                    size_t n = std::min<size_t>(le::get16(q.data() + 4), q.size() - 6);
                     for (size_t k = 0; k < n; ++k) text.push_back(static_cast<wchar_t>(q[6 + k]));
                 }
                 _book->decodeCodePage(text);

@@ -9,12 +9,10 @@
 namespace zelvar {
 
 namespace {
-uint16_t noteRow(const std::vector<uint8_t>& p) { return p.size() >= 4 ? static_cast<uint16_t>(p[0] | p[1] << 8) : 0; }
-uint16_t noteCol(const std::vector<uint8_t>& p) { return p.size() >= 4 ? static_cast<uint16_t>(p[2] | p[3] << 8) : 0; }
+uint16_t noteRow(const std::vector<uint8_t>& p) { return p.size() >= 4 ? le::get16(&p[0]) : 0; }
+uint16_t noteCol(const std::vector<uint8_t>& p) { return p.size() >= 4 ? le::get16(&p[2]) : 0; }
 void setNoteField(std::vector<uint8_t>& p, size_t at, unsigned v) {
-    if (p.size() < at + 2) return;
-    p[at] = static_cast<uint8_t>(v);
-    p[at + 1] = static_cast<uint8_t>(v >> 8);
+    if (p.size() >= at + 2) le::put16(&p[at], v);
 }
 
 // Line numbers far outside the grid act like the grid's edge plus its size; limiting them keeps
@@ -34,17 +32,10 @@ int lineCount(int& first, int& last, const char* reversed) {
 
 template <class T>
 void SheetImplT<T>::moveRecord(uint32_t e, int row, int col) {
-    unsigned p = SheetIndex::position(e);
-    uint16_t r = static_cast<uint16_t>(row), c = static_cast<uint16_t>(col);
-    switch (SheetIndex::kind(e)) {
-        case KindRK: _rks[p].row = r, _rks[p].col = c; break;
-        case KindNumber: _numbers[p].row = r, _numbers[p].col = c; break;
-        case KindLabelSst: _labelSsts[p].row = r, _labelSsts[p].col = c; break;
-        case KindBlank: _blanks[p].row = r, _blanks[p].col = c; break;
-        case KindBoolErr: _boolErrs[p].row = r, _boolErrs[p].col = c; break;
-        case KindFormula: _formulas[p].formula.row = r, _formulas[p].formula.col = c; break;
-        case KindLabel: _labels[p].row = r, _labels[p].col = c; break;
-    }
+    visitCell(e, [row, col](auto& record) {
+        cellHead(record).row = static_cast<uint16_t>(row);
+        cellHead(record).col = static_cast<uint16_t>(col);
+    });
 }
 
 template <class T>
@@ -336,25 +327,13 @@ bool SheetImplT<T>::copyCell(int rowSrc, int colSrc, int rowDst, int colDst) {
                 if constexpr (R::kind == KindLabelSst) _book->sst().addUser(record.isst);
                 return;
             }
-            if constexpr (R::kind == KindFormula) {
-                record.formula.row = static_cast<uint16_t>(rowDst);
-                record.formula.col = static_cast<uint16_t>(colDst);
-            } else {
-                record.row = static_cast<uint16_t>(rowDst);
-                record.col = static_cast<uint16_t>(colDst);
-            }
+            cellHead(record).row = static_cast<uint16_t>(rowDst);
+            cellHead(record).col = static_cast<uint16_t>(colDst);
             dst = SheetIndex::entry(kind, static_cast<unsigned>(vec.size()));
             vec.push_back(record);
             if constexpr (R::kind == KindLabelSst) _book->sst().addUser(record.isst);
         };
-        switch (kind) {
-            case KindRK: copyInto(_rks); break;
-            case KindNumber: copyInto(_numbers); break;
-            case KindLabelSst: copyInto(_labelSsts); break;
-            case KindBlank: copyInto(_blanks); break;
-            case KindBoolErr: copyInto(_boolErrs); break;
-            case KindFormula: copyInto(_formulas); break;
-        }
+        withRecords(kind, copyInto);
         _dimensions.update(static_cast<unsigned>(rowDst), static_cast<unsigned>(colDst));
         return true;
     });

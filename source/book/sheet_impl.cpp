@@ -18,7 +18,7 @@ const char kNotImplemented[] = "not implemented";
 
 template <class T>
 SheetImplT<T>::SheetImplT(BookImplT<T>* book) : _book(book) {
-    _bof.dt = 16;
+    _bof.dt = Bof::kWorksheet;
 }
 
 template <class T>
@@ -60,15 +60,16 @@ const wchar_t* SheetImplT<wchar_t>::tc(const wchar_t* text) const {
 namespace {
 // Whether a formula's tokens are only a reference to a group's master cell, and which.
 bool isExp(const std::vector<uint8_t>& tokens, unsigned& row, unsigned& col) {
-    if (tokens.size() < 7 || (tokens[0] | tokens[1] << 8) != 5 || tokens[2] != 0x01) return false;
-    row = tokens[3] | tokens[4] << 8;
-    col = tokens[5] | tokens[6] << 8;
+    if (tokens.size() < 7 || le::get16(&tokens[0]) != 5 || tokens[2] != 0x01) return false;
+    row = le::get16(&tokens[3]);
+    col = le::get16(&tokens[5]);
     return true;
 }
 void setExp(std::vector<uint8_t>& tokens, unsigned row, unsigned col) {
     std::vector<uint8_t> rest(tokens.size() > 7 ? tokens.begin() + 7 : tokens.end(), tokens.end());
-    tokens = {5, 0, 0x01, static_cast<uint8_t>(row), static_cast<uint8_t>(row >> 8), static_cast<uint8_t>(col),
-              static_cast<uint8_t>(col >> 8)};
+    tokens = {5, 0, 0x01};
+    le::append16(tokens, row);
+    le::append16(tokens, col);
     tokens.insert(tokens.end(), rest.begin(), rest.end());
 }
 }  // namespace
@@ -83,7 +84,7 @@ void SheetImplT<T>::delSharedFormula(int row, int col) {
         return;
     if (!master.shared || master.shrFmla.size() < 6) return;
     const std::vector<uint8_t>& range = master.shrFmla;
-    unsigned rwFirst = range[0] | range[1] << 8, rwLast = range[2] | range[3] << 8;
+    unsigned rwFirst = le::get16(&range[0]), rwLast = le::get16(&range[2]);
     unsigned colFirst = range[4], colLast = range[5];
     bool moved = false;
     unsigned newRow = 0, newCol = 0;
@@ -114,17 +115,7 @@ template <class T>
 uint16_t SheetImplT<T>::getFormatID(unsigned row, unsigned col) const {
     uint32_t e = _sheetIndex.get(row & 0xFFFF, col & 0xFF);
     if (!e) return 15;
-    unsigned p = SheetIndex::position(e);
-    switch (SheetIndex::kind(e)) {
-        case KindRK: return _rks[p].xf;
-        case KindNumber: return _numbers[p].xf;
-        case KindLabelSst: return _labelSsts[p].xf;
-        case KindBlank: return _blanks[p].xf;
-        case KindBoolErr: return _boolErrs[p].xf;
-        case KindFormula: return _formulas[p].formula.xf;
-        case KindLabel: return _labels[p].xf;
-        default: return 15;
-    }
+    return visitCell(e, [](const auto& record) { return cellHead(record).xf; });
 }
 
 template <class T>
@@ -216,16 +207,8 @@ bool SheetImplT<T>::writeError(int row, int col, int code, IFormatT<T>* format) 
 
 template <class T>
 size_t SheetImplT<T>::recordCount(CellKind kind) const {
-    switch (kind) {
-        case KindRK: return _rks.size();
-        case KindNumber: return _numbers.size();
-        case KindLabelSst: return _labelSsts.size();
-        case KindBlank: return _blanks.size();
-        case KindBoolErr: return _boolErrs.size();
-        case KindFormula: return _formulas.size();
-        case KindLabel: return _labels.size();
-        default: return 0;
-    }
+    if (kind == KindNone || kind > KindLabel) return 0;
+    return withRecords(kind, [](const auto& records) { return records.size(); });
 }
 
 template <class T>
@@ -398,17 +381,14 @@ int SheetImplT<T>::cellType(int row, int col) const {
     uint32_t e = _sheetIndex.get(static_cast<uint16_t>(row), static_cast<uint16_t>(col) & 0xFF);
     if (static_cast<uint16_t>(col) > 255) e = 0;
     if (!e) return CellEmpty;
-    unsigned p = SheetIndex::position(e);
-    switch (SheetIndex::kind(e)) {
-        case KindRK:
-        case KindNumber: return CellNumber;
-        case KindLabelSst:
-        case KindLabel: return CellString;
-        case KindBlank: return CellBlank;
-        case KindBoolErr: return _boolErrs[p].fError ? CellError : CellBoolean;
-        case KindFormula: return _formulas[p].formula.cellType();
-        default: return CellEmpty;
-    }
+    return visitCell(e, [](const auto& record) -> int {
+        using R = std::decay_t<decltype(record)>;
+        if constexpr (R::kind == KindRK || R::kind == KindNumber) return CellNumber;
+        else if constexpr (R::kind == KindLabelSst || R::kind == KindLabel) return CellString;
+        else if constexpr (R::kind == KindBlank) return CellBlank;
+        else if constexpr (R::kind == KindBoolErr) return record.fError ? CellError : CellBoolean;
+        else return record.formula.cellType();
+    });
 }
 
 template <class T>
@@ -440,10 +420,12 @@ bool SheetImplT<T>::isDate(int row, int col) const {
     IFormatT<T>* format = nullptr;
     readNum(row, col, &format);
     if (!format) return false;
-    int id = format->numFormat();
-    if ((id >= 0 && id <= 13) || (id >= 37 && id <= 44) || id == 48 || id == 49) return false;
-    if ((id >= 14 && id <= 22) || (id >= 45 && id <= 47)) return true;
-    return findDateChars(_book->customNumFormatText(id));
+    int numFormat = format->numFormat();
+    if ((numFormat >= 0 && numFormat <= 13) || (numFormat >= 37 && numFormat <= 44) || numFormat == 48 ||
+        numFormat == 49)
+        return false;
+    if ((numFormat >= 14 && numFormat <= 22) || (numFormat >= 45 && numFormat <= 47)) return true;
+    return findDateChars(_book->customNumFormatText(numFormat));
 }
 
 template <class T>
@@ -458,16 +440,7 @@ void SheetImplT<T>::setCellFormat(int row, int col, IFormatT<T>* format) {
             if (!writeBlank(row, col, format)) throw zverror(_book->errorMessage());
             return;
         }
-        unsigned p = SheetIndex::position(e);
-        switch (SheetIndex::kind(e)) {
-            case KindRK: _rks[p].xf = xf; break;
-            case KindNumber: _numbers[p].xf = xf; break;
-            case KindLabelSst: _labelSsts[p].xf = xf; break;
-            case KindBlank: _blanks[p].xf = xf; break;
-            case KindBoolErr: _boolErrs[p].xf = xf; break;
-            case KindFormula: _formulas[p].formula.xf = xf; break;
-            case KindLabel: _labels[p].xf = xf; break;
-        }
+        visitCell(e, [xf](auto& record) { cellHead(record).xf = xf; });
     });
 }
 
@@ -719,21 +692,21 @@ const T* SheetImplT<T>::readFormula(int row, int col, IFormatT<T>** format) {
         const FormulaBlock& block = _formulas[SheetIndex::position(e)];
         const std::vector<uint8_t>& tokens = block.formula.tokens;
         if (tokens.size() < 2) throw zverror("Formula size is incorrect");
-        size_t cce = std::min<size_t>(tokens[0] | tokens[1] << 8, tokens.size() - 2);
+        size_t cce = std::min<size_t>(le::get16(&tokens[0]), tokens.size() - 2);
         const uint8_t* rgce = tokens.data() + 2;
         bool biff5 = _book->biff5();
         bool done = false;
         if (cce == 5 && rgce[0] == 0x01) {
-            unsigned masterRow = rgce[1] | rgce[2] << 8, masterCol = rgce[3] | rgce[4] << 8;
+            unsigned masterRow = le::get16(rgce + 1), masterCol = le::get16(rgce + 3);
             uint32_t m = masterCol < 256 ? _sheetIndex.get(masterRow, masterCol) : 0;
             if (m && SheetIndex::kind(m) == KindFormula) {
                 const FormulaBlock& master = _formulas[SheetIndex::position(m)];
                 // Shared formula: a range (6 bytes), 2 bytes, then the tokens.
                 const std::vector<uint8_t>* group = master.shared ? &master.shrFmla
-                                                    : master.arrayType == 545 ? &master.arrayRecord : nullptr;
+                                                    : master.arrayType == rt::Array ? &master.arrayRecord : nullptr;
                 size_t head = master.shared ? 8 : 12;
                 if (group && group->size() >= head + 2) {
-                    size_t groupCce = std::min<size_t>((*group)[head] | (*group)[head + 1] << 8, group->size() - head - 2);
+                    size_t groupCce = std::min<size_t>(le::get16(group->data() + head), group->size() - head - 2);
                     _formulaText = GetFormula::getFormula(group->data() + head + 2, groupCce, biff5, *_book,
                                                           master.shared, static_cast<uint16_t>(row), static_cast<uint16_t>(col));
                     done = true;
@@ -763,8 +736,7 @@ bool SheetImplT<T>::writeFormula(int row, int col, const T* value, IFormatT<T>* 
         FormulaEncoder::makeFormula(tokens, rpn, *_book, funcs);
         size_t cce = tokens.size() - 2;
         if (cce > 8000) throw zverror("formula is too long");
-        tokens[0] = static_cast<uint8_t>(cce);
-        tokens[1] = static_cast<uint8_t>(cce >> 8);
+        le::put16(&tokens[0], static_cast<uint32_t>(cce));
         uint32_t& e = _sheetIndex(row, col);
         delSharedFormula(row, col);
         if (e && SheetIndex::kind(e) == KindFormula) {

@@ -207,6 +207,40 @@ private:
         else if constexpr (R::kind == KindFormula) return _formulas;
         else return _labels;
     }
+    // The one place that maps a kind number to its record vector: calls visit with the vector,
+    // typed, so that every call site is resolved at compile time (one switch, no virtual call,
+    // nothing allocated). Index entries only ever hold the kinds from KindRK to KindLabel.
+    template <class Self, class F>
+    static decltype(auto) withRecordsOf(Self& self, unsigned kind, F&& visit) {
+        switch (kind) {
+            case KindRK: return visit(self._rks);
+            case KindNumber: return visit(self._numbers);
+            case KindLabelSst: return visit(self._labelSsts);
+            case KindBlank: return visit(self._blanks);
+            case KindBoolErr: return visit(self._boolErrs);
+            case KindFormula: return visit(self._formulas);
+            default: return visit(self._labels);
+        }
+    }
+    template <class F>
+    decltype(auto) withRecords(unsigned kind, F&& visit) {
+        return withRecordsOf(*this, kind, visit);
+    }
+    template <class F>
+    decltype(auto) withRecords(unsigned kind, F&& visit) const {
+        return withRecordsOf(*this, kind, visit);
+    }
+    // Calls visit with the record that a (non-zero) index entry points at.
+    template <class F>
+    decltype(auto) visitCell(uint32_t entry, F&& visit) {
+        unsigned at = SheetIndex::position(entry);
+        return withRecords(SheetIndex::kind(entry), [&](auto& records) -> decltype(auto) { return visit(records[at]); });
+    }
+    template <class F>
+    decltype(auto) visitCell(uint32_t entry, F&& visit) const {
+        unsigned at = SheetIndex::position(entry);
+        return withRecords(SheetIndex::kind(entry), [&](auto& records) -> decltype(auto) { return visit(records[at]); });
+    }
     // XF index for a write: the given format's position, or the cell's present one.
     uint16_t formatForWrite(int row, int col, IFormatT<T>* format) const;
     IFormatT<T>* formatAt(uint16_t xf) const;
@@ -285,8 +319,9 @@ private:
     bool _protectionSet[4] = {false, false, false, false};
     uint16_t _protection[4] = {0, 0, 0, 0};
     std::vector<PageBreak> _horizontalPageBreaks, _verticalPageBreaks;
-    EmptyBiff<T> _headerFooter{2204}, _sort{144}, _dropDownObjIds{2164}, _autoFilterInfo{157},
-        _entExU2{450}, _dCon{80}, _plv{2187}, _dxGCol{153}, _codeName{442};
+    EmptyBiff<T> _headerFooter{rt::HeaderFooter}, _sort{rt::Sort}, _dropDownObjIds{rt::DropDownObjIds},
+        _autoFilterInfo{rt::AutoFilterInfo}, _entExU2{rt::EntExU2}, _dCon{rt::DCon}, _plv{rt::Plv}, _dxGCol{rt::DxGCol},
+        _codeName{rt::CodeName};
     std::vector<Biff<T>> _noteShs, _selections, _objects, _unknownRecords;
     bool _hasPane = false;
     uint16_t _pane[4] = {0, 0, 0, 0};

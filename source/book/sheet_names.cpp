@@ -14,11 +14,8 @@ const wchar_t* const kBuiltInNames[] = {L"Consolidate_Area", L"Auto_Open", L"Aut
                                         L"Auto_Activate", L"Auto_Deactivate", L"Sheet_Title", L"_FilterDatabase"};
 constexpr uint16_t kBuiltInFlag = 0x20;
 
-void put16(std::vector<uint8_t>& p, size_t at, unsigned v) {
-    p[at] = static_cast<uint8_t>(v);
-    p[at + 1] = static_cast<uint8_t>(v >> 8);
-}
-unsigned get16(const uint8_t* p) { return p[0] | p[1] << 8; }
+void put16(std::vector<uint8_t>& p, size_t at, unsigned v) { le::put16(&p[at], v); }
+using le::get16;
 
 // The 11 bytes of an area on another sheet: PtgArea3d, external sheet index, rows, columns.
 std::vector<uint8_t> area3d(uint16_t ixti, int rowFirst, int rowLast, int colFirst, int colLast) {
@@ -86,12 +83,9 @@ void SheetImplT<T>::addName(const std::wstring& name, bool builtIn, const std::v
     put16(p, 4, static_cast<unsigned>(tokens.size()));
     put16(p, 8, static_cast<unsigned>(tab + 1));
     p[14] = 1;  // the name in the 16-bit form
-    for (wchar_t c : name) {
-        p.push_back(static_cast<uint8_t>(c));
-        p.push_back(static_cast<uint8_t>(static_cast<uint32_t>(c) >> 8));
-    }
+    for (wchar_t c : name) le::append16(p, static_cast<uint32_t>(c));
     p.insert(p.end(), tokens.begin(), tokens.end());
-    Biff<T> lbl(24);
+    Biff<T> lbl(rt::Lbl);
     lbl.payload = std::move(p);
     _book->lblRef().push_back({lbl});
 }

@@ -15,6 +15,85 @@ void writeRaw(XlsStream& xls, uint16_t id, const std::vector<uint8_t>& payload) 
     xls.write(id, reinterpret_cast<const char*>(payload.data()), static_cast<int>(payload.size()));
 }
 
+// The row, column and format that every cell record begins with.
+template <class R>
+void readHead(RecordReader& in, R& cell) {
+    cell.row = in.u16();
+    cell.col = in.u16();
+    cell.xf = in.u16();
+}
+void writeHead(RecordWriter& w, uint16_t row, uint16_t col, uint16_t xf) {
+    w.u16(row);
+    w.u16(col);
+    w.u16(xf);
+}
+
+// Each kind of cell writes what follows the row, column and format, and gives its record's id.
+uint16_t writeBody(RecordWriter& w, const RK& x) {
+    w.u32(x.rk);
+    return rt::RK;
+}
+uint16_t writeBody(RecordWriter& w, const Number& x) {
+    w.f64(x.num);
+    return rt::Number;
+}
+uint16_t writeBody(RecordWriter& w, const LabelSst& x) {
+    w.u32(x.isst);
+    return rt::LabelSst;
+}
+uint16_t writeBody(RecordWriter&, const Blank&) { return rt::Blank; }
+uint16_t writeBody(RecordWriter& w, const BoolErr& x) {
+    w.u8(x.bBoolErr);
+    w.u8(x.fError);
+    return rt::BoolErr;
+}
+uint16_t writeBody(RecordWriter& w, const Label& x) {
+    w.string16(x.text ? x.text : L"", false);
+    w.bytes(x.runs.data(), x.runs.size());
+    return x.runs.empty() ? rt::Label : rt::RString;
+}
+template <class R>
+void writeCell(XlsStream& xls, RecordWriter& w, const R& x) {
+    writeHead(w, x.row, x.col, x.xf);
+    uint16_t id = writeBody(w, x);
+    w.write(xls, id);
+}
+// A formula is marked for recalculation when the file is opened, and written with the records
+// that belong to it.
+void writeCell(XlsStream& xls, RecordWriter& w, FormulaBlock& block) {
+    Formula& f = block.formula;
+    f.grbit |= 1;
+    writeHead(w, f.row, f.col, f.xf);
+    w.bytes(f.result, 8);
+    w.u16(f.grbit);
+    w.u32(f.chn);
+    w.bytes(f.tokens.data(), f.tokens.size());
+    w.write(xls, rt::Formula);
+    if (block.arrayType) writeRaw(xls, block.arrayType, block.arrayRecord);
+    if (block.shared) writeRaw(xls, rt::ShrFmla, block.shrFmla);
+    if (block.hasString) {
+        writeRaw(xls, rt::String, block.stringRecord);
+        for (const auto& piece : block.stringContinues) writeRaw(xls, rt::Continue, piece);
+    }
+}
+
+// The records that a page setup run takes together.
+bool inPageSetupRun(uint16_t id) {
+    switch (id) {
+        case rt::Header:
+        case rt::Footer:
+        case rt::LeftMargin:
+        case rt::RightMargin:
+        case rt::TopMargin:
+        case rt::BottomMargin:
+        case rt::Pls:
+        case rt::HCenter:
+        case rt::VCenter:
+        case rt::Setup: return true;
+        default: return false;
+    }
+}
+
 }  // namespace
 
 template <class T>
@@ -22,14 +101,7 @@ template <class R>
 void SheetImplT<T>::placeCell(const R& record) {
     auto& vec = records<R>();
     if (vec.size() >= (1u << 28)) throw zverror("too many cells in sheet");
-    unsigned row, col;
-    if constexpr (R::kind == KindFormula) {
-        row = record.formula.row;
-        col = record.formula.col;
-    } else {
-        row = record.row;
-        col = record.col;
-    }
+    unsigned row = cellHead(record).row, col = cellHead(record).col;
     _sheetIndex(row, col & 0xFF) = SheetIndex::entry(R::kind, static_cast<unsigned>(vec.size()));
     vec.push_back(record);
     if constexpr (R::kind == KindLabelSst) _book->sst().addUser(record.isst);
@@ -66,14 +138,15 @@ void SheetImplT<T>::read(XlsStream& xls, uint64_t length) {
         if (xls.readInt16(&type) < 2) break;
         if (type == 0) throw zverror("read error: record id can't be 0");
         if (xls.readInt16(&size) < 2) throw zverror("read error: the stream ends inside a record");
-        if (type == 10) break;
+        if (type == rt::Eof) break;
         uint16_t before = previous;
         previous = type;
-        if (type == 2057) {
+        if (type == rt::Bof) {
             if (sawBof) {
                 // Embedded charts come only behind a drawing object; anywhere else a second BOF
                 // means a broken stream.
-                if (_bof.dt != 16 || (before != 93 && before != 236)) throw zverror("read error: unexpected BOF record");
+                if (_bof.dt != Bof::kWorksheet || (before != rt::Obj && before != rt::MsoDrawing))
+                    throw zverror("read error: unexpected BOF record");
                 // A chart embedded in the sheet: its whole substream travels with the drawing.
                 Biff<T> bof(type);
                 bof.read(xls, size);
@@ -85,11 +158,11 @@ void SheetImplT<T>::read(XlsStream& xls, uint64_t length) {
                     if (t == 0) throw zverror("read error: record id can't be 0");
                     xls.readInt16(&n);
                     readRaw(xls, t, n, _objects);
-                    if (t == 2057) ++depth;
-                    if (t == 10) --depth;
+                    if (t == rt::Bof) ++depth;
+                    if (t == rt::Eof) --depth;
                 }
                 // The sheet's drawing may go on in CONTINUE records right behind the chart.
-                while (!xls.eof() && xls.peekInt16() == 0x003C) {
+                while (!xls.eof() && xls.peekInt16() == rt::Continue) {
                     uint16_t t = 0, n = 0;
                     xls.readInt16(&t);
                     xls.readInt16(&n);
@@ -101,7 +174,7 @@ void SheetImplT<T>::read(XlsStream& xls, uint64_t length) {
             sawBof = true;
             continue;
         }
-        if (_bof.dt != 16) {
+        if (_bof.dt != Bof::kWorksheet) {
             readRaw(xls, type, size, _unknownRecords);
             continue;
         }
@@ -123,30 +196,30 @@ void SheetImplT<T>::readPageSetup(XlsStream& xls, uint16_t type, uint16_t size) 
     bool biff5 = _book->biff5();
     while (true) {
         switch (type) {
-            case 20:
-            case 21: {
-                RecordReader in(xls, size, type == 20 ? "Header" : "Footer");
+            case rt::Header:
+            case rt::Footer: {
+                RecordReader in(xls, size, type == rt::Header ? "Header" : "Footer");
                 std::wstring text = in.size() ? in.stringOrBareCount(biff5, biff5) : std::wstring();
                 if (biff5) _book->decodeCodePage(text);
-                (type == 20 ? _header : _footer) = text;
+                (type == rt::Header ? _header : _footer) = text;
                 break;
             }
-            case 131: _hCenter = readU16Record(xls, size, "HCenter"); break;
-            case 132: _vCenter = readU16Record(xls, size, "VCenter"); break;
-            case 38:
-            case 39:
-            case 40:
-            case 41: {
+            case rt::HCenter: _hCenter = readU16Record(xls, size, "HCenter"); break;
+            case rt::VCenter: _vCenter = readU16Record(xls, size, "VCenter"); break;
+            case rt::LeftMargin:
+            case rt::RightMargin:
+            case rt::TopMargin:
+            case rt::BottomMargin: {
                 RecordReader in(xls, size, "Margin");
                 if (size != 8) in.fail();
-                _margins[type - 38] = in.f64();
-                _marginSet[type - 38] = true;
+                _margins[type - rt::LeftMargin] = in.f64();
+                _marginSet[type - rt::LeftMargin] = true;
                 break;
             }
-            case 77:
+            case rt::Pls:
                 readRawWithContinues(xls, type, size, _pls);
                 break;
-            case 161: {
+            case rt::Setup: {
                 RecordReader in(xls, size, "Setup");
                 if (size != 34 && !(biff5 && size == 34)) in.fail();
                 _setup.iPaperSize = in.u16();
@@ -166,9 +239,7 @@ void SheetImplT<T>::readPageSetup(XlsStream& xls, uint16_t type, uint16_t size) 
         }
         if (xls.eof()) return;
         uint16_t next = xls.peekInt16();
-        if (next != 20 && next != 21 && next != 38 && next != 39 && next != 40 && next != 41 && next != 77 &&
-            next != 131 && next != 132 && next != 161)
-            return;
+        if (!inPageSetupRun(next)) return;
         xls.readInt16(&type);
         xls.readInt16(&size);
     }
@@ -201,17 +272,17 @@ void SheetImplT<T>::readFormulaBlock(XlsStream& xls, uint16_t size) {
     };
     if (!xls.eof()) {
         uint16_t next = xls.peekInt16();
-        if (next == 545 || next == 566) {
+        if (next == rt::Array || next == rt::Table) {
             block.arrayType = take(block.arrayRecord);
-        } else if (next == 1212) {
+        } else if (next == rt::ShrFmla) {
             take(block.shrFmla);
             block.shared = true;
         }
     }
-    if (!xls.eof() && xls.peekInt16() == 519) {
+    if (!xls.eof() && xls.peekInt16() == rt::String) {
         take(block.stringRecord);
         block.hasString = true;
-        while (!xls.eof() && xls.peekInt16() == 60) {
+        while (!xls.eof() && xls.peekInt16() == rt::Continue) {
             block.stringContinues.emplace_back();
             take(block.stringContinues.back());
         }
@@ -244,22 +315,22 @@ template <class T>
 void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
     bool biff5 = _book->biff5();
     switch (type) {
-        case 6: readFormulaBlock(xls, size); break;
-        case 12: _calcCount = readU16Record(xls, size, "CalcCount"); break;
-        case 13: _calcMode = readU16Record(xls, size, "CalcMode"); break;
-        case 15: _calcRefMode = readU16Record(xls, size, "CalcRefMode"); break;
-        case 17: _calcIter = readU16Record(xls, size, "CalcIter"); break;
-        case 16: {
+        case rt::Formula: readFormulaBlock(xls, size); break;
+        case rt::CalcCount: _calcCount = readU16Record(xls, size, "CalcCount"); break;
+        case rt::CalcMode: _calcMode = readU16Record(xls, size, "CalcMode"); break;
+        case rt::CalcRefMode: _calcRefMode = readU16Record(xls, size, "CalcRefMode"); break;
+        case rt::CalcIter: _calcIter = readU16Record(xls, size, "CalcIter"); break;
+        case rt::CalcDelta: {
             RecordReader in(xls, size, "CalcDelta");
             if (size != 8) in.fail();
             _calcDelta = in.f64();
             break;
         }
-        case 18:
-        case 19:
-        case 99:
-        case 221: {
-            int slot = type == 18 ? 0 : type == 221 ? 1 : type == 99 ? 2 : 3;
+        case rt::Protect:
+        case rt::Password:
+        case rt::ObjProtect:
+        case rt::ScenarioProtect: {
+            int slot = type == rt::Protect ? 0 : type == rt::ScenarioProtect ? 1 : type == rt::ObjProtect ? 2 : 3;
             const char* names[4] = {"Protect", "ScenarioProtect", "ObjProtect", "Password"};
             // Writers differ in these records' lengths; the first word is the value.
             RecordReader in(xls, size, names[slot]);
@@ -267,16 +338,16 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             _protectionSet[slot] = true;
             break;
         }
-        case 20:
-        case 21:
-        case 131:
-        case 132:
-        case 161: readPageSetup(xls, type, size); break;
-        case 26:
-        case 27: {
-            RecordReader in(xls, size, type == 27 ? "HorizontalPageBreaks" : "VerticalPageBreaks");
+        case rt::Header:
+        case rt::Footer:
+        case rt::HCenter:
+        case rt::VCenter:
+        case rt::Setup: readPageSetup(xls, type, size); break;
+        case rt::VerticalPageBreaks:
+        case rt::HorizontalPageBreaks: {
+            RecordReader in(xls, size, type == rt::HorizontalPageBreaks ? "HorizontalPageBreaks" : "VerticalPageBreaks");
             uint16_t count = in.u16();
-            auto& breaks = type == 27 ? _horizontalPageBreaks : _verticalPageBreaks;
+            auto& breaks = type == rt::HorizontalPageBreaks ? _horizontalPageBreaks : _verticalPageBreaks;
             breaks.clear();
             for (uint16_t i = 0; i < count; ++i) {
                 PageBreak b;
@@ -290,15 +361,15 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             in.done();
             break;
         }
-        case 28: readRaw(xls, type, size, _noteShs); break;
-        case 29: readRaw(xls, type, size, _selections); break;
-        case 42: _printRowCol = readU16Record(xls, size, "PrintRowCol"); break;
-        case 43: _printGrid = readU16Record(xls, size, "PrintGrid"); break;
-        case 85: _defColWidth = readU16Record(xls, size, "DefColWidth"); break;
-        case 95: _calcSaveRecalc = readU16Record(xls, size, "CalcSaveRecalc"); break;
-        case 129: _wsBool = readU16Record(xls, size, "WsBool"); break;
-        case 130: _gridSet = readU16Record(xls, size, "GridSet"); break;
-        case 65: {
+        case rt::NoteSh: readRaw(xls, type, size, _noteShs); break;
+        case rt::Selection: readRaw(xls, type, size, _selections); break;
+        case rt::PrintRowCol: _printRowCol = readU16Record(xls, size, "PrintRowCol"); break;
+        case rt::PrintGrid: _printGrid = readU16Record(xls, size, "PrintGrid"); break;
+        case rt::DefColWidth: _defColWidth = readU16Record(xls, size, "DefColWidth"); break;
+        case rt::CalcSaveRecalc: _calcSaveRecalc = readU16Record(xls, size, "CalcSaveRecalc"); break;
+        case rt::WsBool: _wsBool = readU16Record(xls, size, "WsBool"); break;
+        case rt::GridSet: _gridSet = readU16Record(xls, size, "GridSet"); break;
+        case rt::Pane: {
             RecordReader in(xls, size, "Pane");
             if (size < 9) in.fail();
             for (auto& v : _pane) v = in.u16();
@@ -306,20 +377,20 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             _hasPane = true;
             break;
         }
-        case 80: _dCon.read(xls, size); break;
-        case 144: _sort.read(xls, size); break;
-        case 153: _dxGCol.read(xls, size); break;
-        case 157: _autoFilterInfo.read(xls, size); break;
-        case 442: _codeName.read(xls, size); break;
-        case 450: _entExU2.read(xls, size); break;
-        case 2164: _dropDownObjIds.read(xls, size); break;
-        case 2187: _plv.read(xls, size); break;
-        case 2204: _headerFooter.read(xls, size); break;
-        case 94:
+        case rt::DCon: _dCon.read(xls, size); break;
+        case rt::Sort: _sort.read(xls, size); break;
+        case rt::DxGCol: _dxGCol.read(xls, size); break;
+        case rt::AutoFilterInfo: _autoFilterInfo.read(xls, size); break;
+        case rt::CodeName: _codeName.read(xls, size); break;
+        case rt::EntExU2: _entExU2.read(xls, size); break;
+        case rt::DropDownObjIds: _dropDownObjIds.read(xls, size); break;
+        case rt::Plv: _plv.read(xls, size); break;
+        case rt::HeaderFooter: _headerFooter.read(xls, size); break;
+        case rt::Uncalced:
             _uncalced = readU16Record(xls, size, "Uncalced");
             _hasUncalced = true;
             break;
-        case 125: {
+        case rt::ColInfo: {
             RecordReader in(xls, size, "ColInfo");
             if (size < 10) in.fail();
             ColInfo info;
@@ -335,20 +406,20 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             }
             break;
         }
-        case 128: {
+        case rt::Guts: {
             RecordReader in(xls, size, "Guts");
             if (size != 8) in.fail();
             for (auto& g : _guts) g = in.u16();
             break;
         }
-        case 160: {
+        case rt::Scl: {
             RecordReader in(xls, size, "Scl");
             if (size != 4) in.fail();
             _sclNum = in.u16();
             _sclDenom = in.u16();
             break;
         }
-        case 189: {
+        case rt::MulRk: {
             RecordReader in(xls, size, "MulRk");
             if (size < 6 || (size - 6) % 6) in.fail();
             uint16_t row = in.u16(), col = in.u16();
@@ -363,7 +434,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             }
             break;
         }
-        case 190: {
+        case rt::MulBlank: {
             RecordReader in(xls, size, "MulBlank");
             if (size < 6 || (size - 6) % 2) in.fail();
             uint16_t row = in.u16(), col = in.u16();
@@ -377,11 +448,11 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             }
             break;
         }
-        case 215: {
+        case rt::DBCell: {
             RecordReader skip(xls, size, "DBCell");
             break;
         }
-        case 229: {
+        case rt::MergeCells: {
             RecordReader in(xls, size, "MergeCells");
             uint16_t count = in.u16();
             if (size != 2 + 8u * count) in.fail();
@@ -395,62 +466,54 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             _mergeCells.push_back(std::move(rects));
             break;
         }
-        case 236:
-        case 93:
-        case 438:
+        case rt::MsoDrawing:
+        case rt::Obj:
+        case rt::TextObject:
             readRawWithContinues(xls, type, size, _objects);
             break;
-        case 239: {
+        case rt::PhoneticInfo: {
             RecordReader in(xls, size, "PhoneticInfo");
             if (size < 6 || (size - 6) % 8) in.fail();
             _phoneticInfo.assign(in.at(), in.at() + in.size());
             break;
         }
-        case 253: {
+        case rt::LabelSst: {
             RecordReader in(xls, size, "LabelSst");
             if (size != 10) in.fail();
             LabelSst cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             cell.isst = in.u32();
             if (cell.isst >= _book->sst().count()) throw zverror("LabelSst: string index is out of range");
             if (cell.col < 256) placeCell(cell);
             break;
         }
-        case 513: {
+        case rt::Blank: {
             RecordReader in(xls, size, "Blank");
             if (size != 6) in.fail();
             Blank cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             if (cell.col < 256) placeCell(cell);
             break;
         }
-        case 515: {
+        case rt::Number: {
             RecordReader in(xls, size, "Number");
             if (size != 14) in.fail();
             Number cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             cell.num = in.f64();
             if (cell.col < 256) placeCell(cell);
             break;
         }
-        case 214:  // a text cell with formatting runs, which are kept as the file has them
-        case 516: {
+        case rt::RString:  // a text cell with formatting runs, which are kept as the file has them
+        case rt::Label: {
             RecordReader in(xls, size, "Label");
             Label cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             std::wstring text = in.string(false, biff5);
             if (biff5) _book->decodeCodePage(text);
             cell.text = _book->pool().copyW(text.data(), text.size());
             cell.biff5 = biff5;
-            if (type == 214) {
+            if (type == rt::RString) {
                 // The run count, then per run the character position and the font.
                 size_t count = biff5 ? in.u8() : in.u16();
                 in.skip(count * (biff5 ? 2 : 4));
@@ -460,31 +523,27 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             if (cell.col < 256) placeCell(cell);
             break;
         }
-        case 517: {
+        case rt::BoolErr: {
             RecordReader in(xls, size, "BoolErr");
             // Some writers pad the record with a ninth byte, which carries nothing.
             if (size != 8 && size != 9) in.fail();
             BoolErr cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             cell.bBoolErr = in.u8();
             cell.fError = in.u8();
             if (cell.col < 256) placeCell(cell);
             break;
         }
-        case 638: {
+        case rt::RK: {
             RecordReader in(xls, size, "RK");
             if (size != 10) in.fail();
             RK cell;
-            cell.row = in.u16();
-            cell.col = in.u16();
-            cell.xf = in.u16();
+            readHead(in, cell);
             cell.rk = in.u32();
             if (cell.col < 256) placeCell(cell);
             break;
         }
-        case 512: {
+        case rt::Dimensions: {
             RecordReader in(xls, size, "Dimensions");
             if (biff5 ? size != 10 : size != 14) in.fail();
             _dimensions.rwMic = biff5 ? in.u16() : in.u32();
@@ -496,7 +555,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             _sheetIndex.expectRows(_dimensions.rwMac > _dimensions.rwMic ? _dimensions.rwMac - _dimensions.rwMic : 0);
             break;
         }
-        case 520: {
+        case rt::Row: {
             RecordReader in(xls, size, "Row");
             if (size != 16) in.fail();
             Row row;
@@ -511,7 +570,7 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             _rows.push_back(row);
             break;
         }
-        case 523: {
+        case rt::Index: {
             RecordReader in(xls, size, "Index");
             _indexReserved = in.u32();
             _indexRwMic = biff5 ? in.u16() : in.u32();
@@ -521,14 +580,14 @@ void SheetImplT<T>::readRecord(XlsStream& xls, uint16_t type, uint16_t size) {
             for (auto& p : _indexPositions) p = in.u32();
             break;
         }
-        case 549: {
+        case rt::DefaultRowHeight: {
             RecordReader in(xls, size, "DefaultRowHeight");
             if (size != 4) in.fail();
             _defaultRowHeightFlags = in.u16();
             _defaultRowHeight = in.u16();
             break;
         }
-        case 574: {
+        case rt::Window2: {
             RecordReader in(xls, size, "Window2");
             if (size != 18 && size != 10) in.fail();
             _window2.grbit = in.u16();
@@ -553,66 +612,8 @@ void SheetImplT<T>::writeCells(XlsStream& xls) {
         for (unsigned c = _sheetIndex.colBegin(r), end = _sheetIndex.colEnd(r); c < end; ++c) {
             uint32_t e = _sheetIndex(r, c);
             if (!(e & 1)) continue;
-            unsigned p = SheetIndex::position(e);
             w.clear();
-            switch (SheetIndex::kind(e)) {
-                case KindRK: {
-                    const RK& x = _rks[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.u32(x.rk);
-                    w.write(xls, 638);
-                    break;
-                }
-                case KindNumber: {
-                    const Number& x = _numbers[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.f64(x.num);
-                    w.write(xls, 515);
-                    break;
-                }
-                case KindLabelSst: {
-                    const LabelSst& x = _labelSsts[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.u32(x.isst);
-                    w.write(xls, 253);
-                    break;
-                }
-                case KindBlank: {
-                    const Blank& x = _blanks[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf);
-                    w.write(xls, 513);
-                    break;
-                }
-                case KindBoolErr: {
-                    const BoolErr& x = _boolErrs[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf), w.u8(x.bBoolErr), w.u8(x.fError);
-                    w.write(xls, 517);
-                    break;
-                }
-                case KindLabel: {
-                    const Label& x = _labels[p];
-                    w.u16(x.row), w.u16(x.col), w.u16(x.xf);
-                    w.string16(x.text ? x.text : L"", false);
-                    w.bytes(x.runs.data(), x.runs.size());
-                    w.write(xls, x.runs.empty() ? 516 : 214);
-                    break;
-                }
-                case KindFormula: {
-                    FormulaBlock& block = _formulas[p];
-                    Formula& f = block.formula;
-                    f.grbit |= 1;  // recalculated when the file is opened
-                    w.u16(f.row), w.u16(f.col), w.u16(f.xf);
-                    w.bytes(f.result, 8);
-                    w.u16(f.grbit);
-                    w.u32(f.chn);
-                    w.bytes(f.tokens.data(), f.tokens.size());
-                    w.write(xls, 6);
-                    if (block.arrayType) writeRaw(xls, block.arrayType, block.arrayRecord);
-                    if (block.shared) writeRaw(xls, 1212, block.shrFmla);
-                    if (block.hasString) {
-                        writeRaw(xls, 519, block.stringRecord);
-                        for (const auto& piece : block.stringContinues) writeRaw(xls, 60, piece);
-                    }
-                    break;
-                }
-            }
+            visitCell(e, [&](auto& record) { writeCell(xls, w, record); });
         }
     }
 }
@@ -620,57 +621,57 @@ void SheetImplT<T>::writeCells(XlsStream& xls) {
 template <class T>
 void SheetImplT<T>::write(XlsStream& xls) {
     writeBof(xls, _bof);
-    if (_bof.dt != 16) {
+    if (_bof.dt != Bof::kWorksheet) {
         for (const auto& record : _unknownRecords) record.write(xls);
-        xls.write(10, 0);
+        xls.write(rt::Eof, 0);
         return;
     }
-    if (_hasUncalced) writeU16Record(xls, 94, _uncalced);
+    if (_hasUncalced) writeU16Record(xls, rt::Uncalced, _uncalced);
     {
         RecordWriter w;
         w.u32(_indexReserved), w.u32(_indexRwMic), w.u32(_indexRwMac), w.u32(_indexIbXF);
         for (uint32_t p : _indexPositions) w.u32(p);
-        w.write(xls, 523);
+        w.write(xls, rt::Index);
     }
-    writeU16Record(xls, 13, _calcMode);
-    writeU16Record(xls, 12, _calcCount);
-    writeU16Record(xls, 15, _calcRefMode);
-    writeU16Record(xls, 17, _calcIter);
-    xls.write(16, 8);
+    writeU16Records(xls, {{rt::CalcMode, _calcMode},
+                          {rt::CalcCount, _calcCount},
+                          {rt::CalcRefMode, _calcRefMode},
+                          {rt::CalcIter, _calcIter}});
+    xls.write(rt::CalcDelta, 8);
     xls.writeDouble(_calcDelta);
-    writeU16Record(xls, 95, _calcSaveRecalc);
-    writeU16Record(xls, 42, _printRowCol);
-    writeU16Record(xls, 43, _printGrid);
-    writeU16Record(xls, 130, _gridSet);
+    writeU16Records(xls, {{rt::CalcSaveRecalc, _calcSaveRecalc},
+                          {rt::PrintRowCol, _printRowCol},
+                          {rt::PrintGrid, _printGrid},
+                          {rt::GridSet, _gridSet}});
     {
         RecordWriter w;
         for (uint16_t g : _guts) w.u16(g);
-        w.write(xls, 128);
+        w.write(xls, rt::Guts);
     }
-    xls.write(549, 4);
+    xls.write(rt::DefaultRowHeight, 4);
     xls.writeInt16(_defaultRowHeightFlags);
     xls.writeInt16(_defaultRowHeight);
-    writeU16Record(xls, 129, _wsBool);
+    writeU16Record(xls, rt::WsBool, _wsBool);
     for (int kind = 0; kind < 2; ++kind) {
         const auto& breaks = kind == 0 ? _horizontalPageBreaks : _verticalPageBreaks;
         if (breaks.empty()) continue;
         RecordWriter w;
         w.u16(static_cast<uint16_t>(breaks.size()));
         for (const PageBreak& b : breaks) w.u16(b.pos), w.u16(b.start), w.u16(b.end);
-        w.write(xls, kind == 0 ? 27 : 26);
+        w.write(xls, kind == 0 ? rt::HorizontalPageBreaks : rt::VerticalPageBreaks);
     }
     _headerFooter.writeIfPresent(xls);
     for (int i = 0; i < 2; ++i) {
         const std::wstring& text = i == 0 ? _header : _footer;
         RecordWriter w;
         if (!text.empty()) w.string16(text, false);
-        w.write(xls, i == 0 ? 20 : 21);
+        w.write(xls, i == 0 ? rt::Header : rt::Footer);
     }
-    writeU16Record(xls, 131, _hCenter);
-    writeU16Record(xls, 132, _vCenter);
+    writeU16Record(xls, rt::HCenter, _hCenter);
+    writeU16Record(xls, rt::VCenter, _vCenter);
     for (int i = 0; i < 4; ++i) {
         if (!_marginSet[i]) continue;
-        xls.write(static_cast<uint16_t>(38 + i), 8);
+        xls.write(static_cast<uint16_t>(rt::LeftMargin + i), 8);
         xls.writeDouble(_margins[i]);
     }
     for (const auto& record : _pls) record.write(xls);
@@ -679,12 +680,12 @@ void SheetImplT<T>::write(XlsStream& xls) {
         w.u16(_setup.iPaperSize), w.u16(_setup.iScale), w.u16(static_cast<uint16_t>(_setup.iPageStart));
         w.u16(_setup.iFitWidth), w.u16(_setup.iFitHeight), w.u16(_setup.grbit), w.u16(_setup.iRes);
         w.u16(_setup.iVRes), w.f64(_setup.numHdr), w.f64(_setup.numFtr), w.u16(_setup.iCopies);
-        w.write(xls, 161);
+        w.write(xls, rt::Setup);
     }
-    const uint16_t protectionIds[4] = {18, 221, 99, 19};
+    const uint16_t protectionIds[4] = {rt::Protect, rt::ScenarioProtect, rt::ObjProtect, rt::Password};
     for (int i = 0; i < 4; ++i)
         if (_protectionSet[i]) writeU16Record(xls, protectionIds[i], _protection[i]);
-    writeU16Record(xls, 85, _defColWidth);
+    writeU16Record(xls, rt::DefColWidth, _defColWidth);
     // Columns: runs of like entries, gaps between like columns closed.
     std::vector<ColInfo> cols = _colInfos;
     std::stable_sort(cols.begin(), cols.end(), [](const ColInfo& a, const ColInfo& b) { return a.colFirst < b.colFirst; });
@@ -696,7 +697,7 @@ void SheetImplT<T>::write(XlsStream& xls) {
         RecordWriter w;
         w.u16(cols[i].colFirst), w.u16(cols[j].colLast), w.u16(cols[i].coldx), w.u16(cols[i].ixfe);
         w.u16(cols[i].grbit), w.u16(cols[i].reserved);
-        w.write(xls, 125);
+        w.write(xls, rt::ColInfo);
         i = j + 1;
     }
     _sort.writeIfPresent(xls);
@@ -707,14 +708,14 @@ void SheetImplT<T>::write(XlsStream& xls) {
         RecordWriter w;
         w.u32(_dimensions.rwMic), w.u32(_dimensions.rwMac), w.u16(_dimensions.colMic), w.u16(_dimensions.colMac);
         w.u16(_dimensions.reserved);
-        w.write(xls, 512);
+        w.write(xls, rt::Dimensions);
     }
     for (Row& row : _rows) {
         row.colMic = row.colMac = 0;
         RecordWriter w;
         for (uint16_t v : {row.row, row.colMic, row.colMac, row.miyRw, row.reserved1, row.reserved2, row.grbit, row.ixfe})
             w.u16(v);
-        w.write(xls, 520);
+        w.write(xls, rt::Row);
     }
     writeCells(xls);
     _entExU2.writeIfPresent(xls);
@@ -725,11 +726,11 @@ void SheetImplT<T>::write(XlsStream& xls) {
         RecordWriter w;
         w.u16(_window2.grbit), w.u16(_window2.rwTop), w.u16(_window2.colLeft), w.u16(_window2.icvHdr);
         for (uint16_t v : _window2.rest) w.u16(v);
-        w.write(xls, 574);
+        w.write(xls, rt::Window2);
     }
     _plv.writeIfPresent(xls);
     if (_sclDenom == 0 || _sclNum * 1u != _sclDenom * 1u) {
-        xls.write(160, 4);
+        xls.write(rt::Scl, 4);
         xls.writeInt16(_sclNum);
         xls.writeInt16(_sclDenom);
     }
@@ -738,7 +739,7 @@ void SheetImplT<T>::write(XlsStream& xls) {
         for (uint16_t v : _pane) w.u16(v);
         w.u8(_paneActive);
         w.u8(0);
-        w.write(xls, 65);
+        w.write(xls, rt::Pane);
     }
     for (const auto& record : _selections) record.write(xls);
     _dxGCol.writeIfPresent(xls);
@@ -750,15 +751,15 @@ void SheetImplT<T>::write(XlsStream& xls) {
             w.u16(static_cast<uint16_t>(n));
             for (size_t k = at; k < at + n; ++k)
                 w.u16(merge[k].rwFirst), w.u16(merge[k].rwLast), w.u16(merge[k].colFirst), w.u16(merge[k].colLast);
-            w.write(xls, 229);
+            w.write(xls, rt::MergeCells);
             if (merge.empty()) break;
         }
     }
-    writeRaw(xls, 239, _phoneticInfo);
+    writeRaw(xls, rt::PhoneticInfo, _phoneticInfo);
     _codeName.writeIfPresent(xls);
     for (const auto& record : _unknownRecords)
-        if (record.id != 77) record.write(xls);
-    xls.write(10, 0);
+        if (record.id != rt::Pls) record.write(xls);
+    xls.write(rt::Eof, 0);
 }
 
 template void SheetImplT<char>::read(XlsStream&, uint64_t);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "formula/make_formula.h"
+#include "frame/little_endian.h"
 #include "frame/zverror.h"
 
 namespace zelvar {
@@ -25,12 +26,10 @@ public:
     uint8_t u8() { return *take(1); }
     uint16_t u16() {
         const uint8_t* p = take(2);
-        return static_cast<uint16_t>(p[0] | p[1] << 8);
+        return le::get16(p);
     }
     uint32_t u32() {
-        const uint8_t* p = take(4);
-        return static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 | static_cast<uint32_t>(p[2]) << 16 |
-               static_cast<uint32_t>(p[3]) << 24;
+        return le::get32(take(4));
     }
 
 private:

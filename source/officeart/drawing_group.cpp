@@ -113,11 +113,11 @@ BlipView readBlip(const OfficeArtRecordHeader& header, const uint8_t* body, size
             break;
         case BlipKind::Dib:
             if (view.size >= 12)
-                view.width = clampSize(static_cast<int32_t>(artU32(d + 4))), view.height = clampSize(static_cast<int32_t>(artU32(d + 8)));
+                view.width = clampSize(static_cast<int32_t>(le::get32(d + 4))), view.height = clampSize(static_cast<int32_t>(le::get32(d + 8)));
             break;
         case BlipKind::Emf:
             if (view.size >= 24)
-                view.width = clampSize(static_cast<int32_t>(artU32(d + 16))), view.height = clampSize(static_cast<int32_t>(artU32(d + 20)));
+                view.width = clampSize(static_cast<int32_t>(le::get32(d + 16))), view.height = clampSize(static_cast<int32_t>(le::get32(d + 20)));
             break;
         case BlipKind::Wmf: view.width = view.height = 200; break;
         default: break;
@@ -135,11 +135,11 @@ ArtNode makeBlip(BlipKind kind, const uint8_t* data, size_t size, uint8_t uid[16
     md4(data, size, uid);
     std::vector<uint8_t> body(uid, uid + 16);
     if (ki.metafile) {
-        artAdd32(body, static_cast<uint32_t>(size));  // uncompressed size
-        for (uint32_t v : {0u, 0u, 960u, 720u}) artAdd32(body, v);
-        artAdd32(body, 0);
-        artAdd32(body, 0);
-        artAdd32(body, static_cast<uint32_t>(size));  // stored size: nothing is compressed
+        le::append32(body, static_cast<uint32_t>(size));  // uncompressed size
+        for (uint32_t v : {0u, 0u, 960u, 720u}) le::append32(body, v);
+        le::append32(body, 0);
+        le::append32(body, 0);
+        le::append32(body, static_cast<uint32_t>(size));  // stored size: nothing is compressed
         body.push_back(254);
         body.push_back(254);
     } else {
@@ -233,7 +233,7 @@ void DrawingGroup::initDefault() {
     props.addProperty({448, false, false, 0x8000040});
     group.children.push_back(props.toNode());
     std::vector<uint8_t> colors;
-    for (uint32_t v : {0x800000Du, 0x800000Cu, 0x8000017u, 0x100000F7u}) artAdd32(colors, v);
+    for (uint32_t v : {0x800000Du, 0x800000Cu, 0x8000017u, 0x100000F7u}) le::append32(colors, v);
     group.children.push_back(makeAtom(OfficeArtSplitMenuColorContainer::header(4, 16), colors));
     _records.push_back(std::move(group));
     setNumbers(n);
@@ -306,10 +306,10 @@ int DrawingGroup::addPicture(BlipKind kind, const uint8_t* data, size_t size) {
     body.push_back(ki.fbseType);  // btWin32
     body.push_back(ki.fbseType);  // btMacOS
     body.insert(body.end(), uid, uid + 16);
-    artAdd16(body, 255);  // tag
-    artAdd32(body, static_cast<uint32_t>(blip.size()));
-    artAdd32(body, 0);  // cRef: no sheet uses it yet
-    artAdd32(body, 0);  // foDelay
+    le::append16(body, 255);  // tag
+    le::append32(body, static_cast<uint32_t>(blip.size()));
+    le::append32(body, 0);  // cRef: no sheet uses it yet
+    le::append32(body, 0);  // foDelay
     for (int i = 0; i < 4; ++i) body.push_back(0);
     blip.write(body);
     bstore->children.push_back(makeAtom(OfficeArtRecordHeader(2, ki.fbseType, OfficeArtFBSE::kType, 0), std::move(body)));
@@ -399,7 +399,7 @@ void DrawingGroup::addPicRef(int pib) {
         for (auto& child : bstore->children)
             if (child.header.type == OfficeArtFBSE::kType && ++at == pib) {
                 if (child.body.size() < kFbseFixed) break;
-                artPut32(child.body.data() + 24, artU32(child.body.data() + 24) + 1);
+                le::put32(child.body.data() + 24, le::get32(child.body.data() + 24) + 1);
                 _modified = true;
                 return;
             }
@@ -409,7 +409,7 @@ void DrawingGroup::addPicRef(int pib) {
 uint32_t DrawingGroup::cRef(int pib) const {
     auto list = fbses();
     if (pib < 1 || pib > static_cast<int>(list.size()) || list[pib - 1]->body.size() < kFbseFixed) return 0;
-    return artU32(list[pib - 1]->body.data() + 24);
+    return le::get32(list[pib - 1]->body.data() + 24);
 }
 
 DrawingGroup::Numbers DrawingGroup::numbers() const {
@@ -418,11 +418,11 @@ DrawingGroup::Numbers DrawingGroup::numbers() const {
     const ArtNode* fdgg = group ? group->find(OfficeArtFDGGBlock::kType) : nullptr;
     if (!fdgg || fdgg->body.size() < 16) return n;
     const uint8_t* b = fdgg->body.data();
-    n.spidMax = artU32(b);
-    n.cidcl = artU32(b + 4);
-    n.cspSaved = artU32(b + 8);
-    n.cdgSaved = artU32(b + 12);
-    for (size_t at = 16; at + 8 <= fdgg->body.size(); at += 8) n.clusters.push_back({artU32(b + at), artU32(b + at + 4)});
+    n.spidMax = le::get32(b);
+    n.cidcl = le::get32(b + 4);
+    n.cspSaved = le::get32(b + 8);
+    n.cdgSaved = le::get32(b + 12);
+    for (size_t at = 16; at + 8 <= fdgg->body.size(); at += 8) n.clusters.push_back({le::get32(b + at), le::get32(b + at + 4)});
     return n;
 }
 
@@ -435,13 +435,13 @@ void DrawingGroup::setNumbers(const Numbers& n) {
         fdgg = &group->children.front();
     }
     std::vector<uint8_t> body;
-    artAdd32(body, n.spidMax);
-    artAdd32(body, static_cast<uint32_t>(n.clusters.size() + 1));
-    artAdd32(body, n.cspSaved);
-    artAdd32(body, n.cdgSaved);
+    le::append32(body, n.spidMax);
+    le::append32(body, static_cast<uint32_t>(n.clusters.size() + 1));
+    le::append32(body, n.cspSaved);
+    le::append32(body, n.cdgSaved);
     for (const auto& c : n.clusters) {
-        artAdd32(body, c.dgid);
-        artAdd32(body, c.cspidCur);
+        le::append32(body, c.dgid);
+        le::append32(body, c.cspidCur);
     }
     fdgg->body = std::move(body);
     fdgg->header.len = static_cast<uint32_t>(fdgg->body.size());

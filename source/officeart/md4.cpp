@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "frame/little_endian.h"
+
 namespace zelvar {
 
 namespace {
@@ -13,8 +15,7 @@ inline uint32_t rotl(uint32_t x, int s) { return (x << s) | (x >> (32 - s)); }
 void md4Block(uint32_t state[4], const uint8_t* block) {
     uint32_t x[16];
     for (int i = 0; i < 16; ++i)
-        x[i] = static_cast<uint32_t>(block[4 * i]) | static_cast<uint32_t>(block[4 * i + 1]) << 8 |
-               static_cast<uint32_t>(block[4 * i + 2]) << 16 | static_cast<uint32_t>(block[4 * i + 3]) << 24;
+        x[i] = le::get32(block + 4 * i);
     uint32_t a = state[0], b = state[1], c = state[2], d = state[3];
     auto f = [](uint32_t u, uint32_t v, uint32_t w) { return (u & v) | (~u & w); };
     auto g = [](uint32_t u, uint32_t v, uint32_t w) { return (u & v) | (u & w) | (v & w); };

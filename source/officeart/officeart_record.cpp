@@ -159,12 +159,12 @@ void OfficeArtRGFOPTE::read(const uint8_t* body, size_t size, unsigned count) {
     _entries.resize(count);
     size_t complex = 0;
     for (unsigned i = 0; i < count; ++i) {
-        uint16_t id = artU16(body + 6 * i);
+        uint16_t id = le::get16(body + 6 * i);
         OfficeArtFOPTE& e = _entries[i];
         e.opid = id & 0x3FFF;
         e.fBid = (id & 0x4000) != 0;
         e.fComplex = (id & 0x8000) != 0;
-        e.op = static_cast<int32_t>(artU32(body + 6 * i + 2));
+        e.op = static_cast<int32_t>(le::get32(body + 6 * i + 2));
         if (e.fComplex) complex += static_cast<uint32_t>(e.op);
     }
     size_t rest = size - 6 * count;
@@ -175,8 +175,8 @@ void OfficeArtRGFOPTE::read(const uint8_t* body, size_t size, unsigned count) {
 
 void OfficeArtRGFOPTE::write(std::vector<uint8_t>& out) const {
     for (const auto& e : _entries) {
-        artAdd16(out, static_cast<uint32_t>(e.opid) | (e.fBid ? 0x4000u : 0) | (e.fComplex ? 0x8000u : 0));
-        artAdd32(out, static_cast<uint32_t>(e.op));
+        le::append16(out, static_cast<uint32_t>(e.opid) | (e.fBid ? 0x4000u : 0) | (e.fComplex ? 0x8000u : 0));
+        le::append32(out, static_cast<uint32_t>(e.op));
     }
     out.insert(out.end(), _data.begin(), _data.end());
 }

@@ -8,30 +8,9 @@
 #include <string>
 #include <vector>
 
-namespace zelvar {
+#include "frame/little_endian.h"
 
-// Little-endian helpers over byte vectors; reads are checked by the caller's bounds.
-inline uint16_t artU16(const uint8_t* p) { return static_cast<uint16_t>(p[0] | p[1] << 8); }
-inline uint32_t artU32(const uint8_t* p) {
-    return static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 | static_cast<uint32_t>(p[2]) << 16 |
-           static_cast<uint32_t>(p[3]) << 24;
-}
-inline void artPut16(uint8_t* p, uint32_t v) {
-    p[0] = static_cast<uint8_t>(v);
-    p[1] = static_cast<uint8_t>(v >> 8);
-}
-inline void artPut32(uint8_t* p, uint32_t v) {
-    artPut16(p, v);
-    artPut16(p + 2, v >> 16);
-}
-inline void artAdd16(std::vector<uint8_t>& out, uint32_t v) {
-    out.push_back(static_cast<uint8_t>(v));
-    out.push_back(static_cast<uint8_t>(v >> 8));
-}
-inline void artAdd32(std::vector<uint8_t>& out, uint32_t v) {
-    artAdd16(out, v);
-    artAdd16(out, v >> 16);
-}
+namespace zelvar {
 
 struct OfficeArtRecordHeader {
     uint16_t verInstance = 0;
@@ -49,14 +28,14 @@ struct OfficeArtRecordHeader {
     void setInstance(unsigned i) { verInstance = static_cast<uint16_t>((verInstance & 0xF) | (i << 4)); }
     static constexpr size_t size() { return 8; }
     void read(const uint8_t* p) {
-        verInstance = artU16(p);
-        type = artU16(p + 2);
-        len = artU32(p + 4);
+        verInstance = le::get16(p);
+        type = le::get16(p + 2);
+        len = le::get32(p + 4);
     }
     void write(std::vector<uint8_t>& out) const {
-        artAdd16(out, verInstance);
-        artAdd16(out, type);
-        artAdd32(out, len);
+        le::append16(out, verInstance);
+        le::append16(out, type);
+        le::append32(out, len);
     }
 };
 

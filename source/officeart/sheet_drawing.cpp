@@ -10,8 +10,6 @@ namespace zelvar {
 
 namespace {
 
-void add16(std::vector<uint8_t>& out, uint32_t v) { artAdd16(out, v); }
-
 // Finds the drawing's container, its OfficeArtFDG and its shape group in the joined bytes.
 struct DrawingLayout {
     size_t fdg = 0, spgr = 0;
@@ -49,7 +47,7 @@ DrawingLayout layoutOf(const DrawingMap& map) {
 
 uint32_t mapU32(const DrawingMap& map, size_t at) {
     if (at + 4 > map.bytes.size()) throw zverror("error in record MsoDrawing");
-    return artU32(map.bytes.data() + at);
+    return le::get32(map.bytes.data() + at);
 }
 
 template <class Rec>
@@ -69,7 +67,7 @@ void collectShapes(const std::vector<ArtNode>& nodes, std::vector<ShapeInfo>& ou
             ShapeInfo info;
             for (const auto& child : node.children) {
                 if (OfficeArtFSP::check(child.header) && child.body.size() >= 8) {
-                    info.spid = artU32(child.body.data());
+                    info.spid = le::get32(child.body.data());
                     info.shapeType = child.header.instance();
                 } else if (child.header.type == OfficeArtFOPT::kType && !child.isContainer()) {
                     OfficeArtRGFOPTE props;
@@ -82,7 +80,7 @@ void collectShapes(const std::vector<ArtNode>& nodes, std::vector<ShapeInfo>& ou
                     const uint8_t* b = child.body.data() + 2;
                     OfficeArtCoord& c = info.anchor;
                     uint16_t* fields[8] = {&c.colL, &c.dxL, &c.rwT, &c.dyT, &c.colR, &c.dxR, &c.rwB, &c.dyB};
-                    for (int i = 0; i < 8; ++i) *fields[i] = artU16(b + 2 * i);
+                    for (int i = 0; i < 8; ++i) *fields[i] = le::get16(b + 2 * i);
                     info.hasAnchor = true;
                 }
             }
@@ -93,11 +91,11 @@ void collectShapes(const std::vector<ArtNode>& nodes, std::vector<ShapeInfo>& ou
 }
 
 void addFtCmo(std::vector<uint8_t>& out, uint16_t ot, uint16_t id, uint16_t grbit) {
-    add16(out, 0x15);
-    add16(out, 18);
-    add16(out, ot);
-    add16(out, id);
-    add16(out, grbit);
+    le::append16(out, 0x15);
+    le::append16(out, 18);
+    le::append16(out, ot);
+    le::append16(out, id);
+    le::append16(out, grbit);
     out.insert(out.end(), 12, 0);
 }
 
@@ -127,14 +125,14 @@ DrawingMap mapDrawing(const std::vector<Rec>& objects) {
     size_t textUnits = 0, runBytes = 0;  // what the last TextObject's CONTINUEs still hold
     for (size_t i = 0; i < objects.size(); ++i) {
         const Rec& r = objects[i];
-        if (r.id == 2057) ++depth;
+        if (r.id == rt::Bof) ++depth;
         if (depth > 0) {
             // Behind a chart the drawing may go on in CONTINUE records.
-            if (r.id == 10) --depth;
+            if (r.id == rt::Eof) --depth;
             inDrawing = depth == 0;
             continue;
         }
-        if (r.id == kContinue && (textUnits || runBytes)) {
+        if (r.id == rt::Continue && (textUnits || runBytes)) {
             const auto& p = r.payload;
             if (textUnits) {
                 if (!p.empty()) {
@@ -146,16 +144,16 @@ DrawingMap mapDrawing(const std::vector<Rec>& objects) {
             }
             continue;
         }
-        if (r.id == kMsoDrawing || (inDrawing && r.id == kContinue)) {
+        if (r.id == rt::MsoDrawing || (inDrawing && r.id == rt::Continue)) {
             map.pieces.push_back({i, map.bytes.size(), r.payload.size()});
             map.bytes.insert(map.bytes.end(), r.payload.begin(), r.payload.end());
             inDrawing = true;
-        } else if (r.id == kTextObject) {
-            textUnits = r.payload.size() >= 14 ? artU16(r.payload.data() + 10) : 0;
-            runBytes = textUnits && r.payload.size() >= 14 ? artU16(r.payload.data() + 12) : 0;
+        } else if (r.id == rt::TextObject) {
+            textUnits = r.payload.size() >= 14 ? le::get16(r.payload.data() + 10) : 0;
+            runBytes = textUnits && r.payload.size() >= 14 ? le::get16(r.payload.data() + 12) : 0;
             inDrawing = true;
         } else {
-            inDrawing = r.id == kObj;
+            inDrawing = r.id == rt::Obj;
         }
     }
     return map;
@@ -259,21 +257,21 @@ void insertShape(std::vector<Rec>& objects, const ShapePlan& plan, const NewShap
         OfficeArtRecordHeader(1, 0, OfficeArtFSPGR::kType, 16).write(groupShape);
         groupShape.insert(groupShape.end(), 16, 0);
         OfficeArtRecordHeader(2, 0, OfficeArtFSP::kType, 8).write(groupShape);
-        artAdd32(groupShape, plan.groupSpid);
-        artAdd32(groupShape, 5);  // a group shape, and the top one
+        le::append32(groupShape, plan.groupSpid);
+        le::append32(groupShape, 5);  // a group shape, and the top one
         const uint32_t spgrLen = static_cast<uint32_t>(groupShape.size()) + artAdded;
         OfficeArtRecordHeader(15, 0, OfficeArtDgContainer::kType, 16 + 8 + spgrLen).write(first);
         OfficeArtRecordHeader(0, plan.dgid, OfficeArtFDG::kType, 8).write(first);
-        artAdd32(first, plan.csp);
-        artAdd32(first, plan.spidCur);
+        le::append32(first, plan.csp);
+        le::append32(first, plan.spidCur);
         OfficeArtRecordHeader(15, 0, OfficeArtSpgrContainer::kType, spgrLen).write(first);
         first.insert(first.end(), groupShape.begin(), groupShape.end());
     }
     first.insert(first.end(), shape.art.begin(), shape.art.end());
-    push(kMsoDrawing, first);
+    push(rt::MsoDrawing, first);
     for (const auto& r : shape.objects) push(r.id, r.payload);
     if (!shape.textboxArt.empty()) {
-        push(kMsoDrawing, shape.textboxArt);
+        push(rt::MsoDrawing, shape.textboxArt);
         for (const auto& r : shape.textboxObjects) push(r.id, r.payload);
     }
     size_t index = objects.size();
@@ -293,12 +291,12 @@ void insertShape(std::vector<Rec>& objects, const ShapePlan& plan, const NewShap
             if (at < piece.offset || at >= piece.offset + piece.size) continue;
             if (at == piece.offset) {
                 index = piece.record;
-                if (objects[index].id == kContinue) objects[index].id = kMsoDrawing;
+                if (objects[index].id == rt::Continue) objects[index].id = rt::MsoDrawing;
             } else {
                 // The group ends inside this record: its rest becomes a record of its own, behind
                 // the objects of the shape that ends here, and the new shape goes before it.
                 Rec tail;
-                tail.id = kMsoDrawing;
+                tail.id = rt::MsoDrawing;
                 auto& payload = objects[piece.record].payload;
                 tail.payload.assign(payload.begin() + static_cast<long>(at - piece.offset), payload.end());
                 payload.resize(at - piece.offset);
@@ -314,8 +312,8 @@ void insertShape(std::vector<Rec>& objects, const ShapePlan& plan, const NewShap
 // The cell anchor of a shape and its empty client data, which close every shape we add.
 static void addAnchorAndClientData(ArtNode& sp, const OfficeArtCoord& c) {
     std::vector<uint8_t> anchor;
-    add16(anchor, 0);
-    for (uint16_t v : {c.colL, c.dxL, c.rwT, c.dyT, c.colR, c.dxR, c.rwB, c.dyB}) add16(anchor, v);
+    le::append16(anchor, 0);
+    for (uint16_t v : {c.colL, c.dxL, c.rwT, c.dyT, c.colR, c.dxR, c.rwB, c.dyB}) le::append16(anchor, v);
     sp.children.push_back(makeAtom(OfficeArtClientAnchorSheet::header(), anchor));
     sp.children.push_back(makeAtom(OfficeArtClientData::header(), {}));
 }
@@ -323,8 +321,8 @@ static void addAnchorAndClientData(ArtNode& sp, const OfficeArtCoord& c) {
 std::vector<uint8_t> pictureShape(uint32_t spid, int pib, const OfficeArtCoord& c) {
     ArtNode sp = makeContainer(OfficeArtSpContainer::kType);
     std::vector<uint8_t> fsp;
-    artAdd32(fsp, spid);
-    artAdd32(fsp, 0xA00);  // has an anchor, has a shape type
+    le::append32(fsp, spid);
+    le::append32(fsp, 0xA00);  // has an anchor, has a shape type
     sp.children.push_back(makeAtom(OfficeArtRecordHeader(2, 75, OfficeArtFSP::kType, 0), fsp));
     sp.children.push_back(OfficeArtRGFOPTE(pib).toNode());
     addAnchorAndClientData(sp, c);
@@ -337,8 +335,8 @@ std::vector<uint8_t> pictureShape(uint32_t spid, int pib, const OfficeArtCoord& 
 std::vector<uint8_t> commentShape(uint32_t spid, const OfficeArtCoord& c) {
     ArtNode sp = makeContainer(OfficeArtSpContainer::kType);
     std::vector<uint8_t> fsp;
-    artAdd32(fsp, spid);
-    artAdd32(fsp, 0xA00);
+    le::append32(fsp, spid);
+    le::append32(fsp, 0xA00);
     sp.children.push_back(makeAtom(OfficeArtRecordHeader(2, 202, OfficeArtFSP::kType, 0), fsp));
     OfficeArtRGFOPTE props;
     const std::pair<uint16_t, uint32_t> values[] = {{128, 14223548}, {191, 0x80008},  {344, 0},
@@ -365,14 +363,14 @@ std::vector<uint8_t> clientTextbox() {
 std::vector<uint8_t> pictureObj(uint16_t id) {
     std::vector<uint8_t> out;
     addFtCmo(out, 8, id, 0x6011);
-    add16(out, 7);  // FtCf: the picture's format
-    add16(out, 2);
-    add16(out, 0xFFFF);
-    add16(out, 8);  // FtPioGrbit
-    add16(out, 2);
-    add16(out, 2);
-    add16(out, 0);  // end
-    add16(out, 0);
+    le::append16(out, 7);  // FtCf: the picture's format
+    le::append16(out, 2);
+    le::append16(out, 0xFFFF);
+    le::append16(out, 8);  // FtPioGrbit
+    le::append16(out, 2);
+    le::append16(out, 2);
+    le::append16(out, 0);  // end
+    le::append16(out, 0);
     return out;
 }
 
@@ -381,20 +379,20 @@ std::vector<uint8_t> commentObj(uint16_t id) {
                                        0xB3, 0x4B, 0xA4, 0xE0, 0xCB, 0xE0, 0xAC, 0x98};
     std::vector<uint8_t> out;
     addFtCmo(out, 25, id, 0x4011);
-    add16(out, 13);  // FtNts
-    add16(out, 22);
+    le::append16(out, 13);  // FtNts
+    le::append16(out, 22);
     out.insert(out.end(), noteId, noteId + 16);
-    add16(out, 16);
+    le::append16(out, 16);
     out.insert(out.end(), 4, 0);
-    add16(out, 0);
-    add16(out, 0);
+    le::append16(out, 0);
+    le::append16(out, 0);
     return out;
 }
 
 bool objIdAndType(const std::vector<uint8_t>& payload, uint16_t* id, uint16_t* ot) {
-    if (payload.size() < 8 || artU16(payload.data()) != 0x15) return false;
-    *ot = artU16(payload.data() + 4);
-    *id = artU16(payload.data() + 6);
+    if (payload.size() < 8 || le::get16(payload.data()) != 0x15) return false;
+    *ot = le::get16(payload.data() + 4);
+    *id = le::get16(payload.data() + 6);
     return true;
 }
 
@@ -404,7 +402,7 @@ unsigned maxObjectId(const std::vector<Rec>& objects, bool* any) {
     *any = false;
     for (const auto& r : objects) {
         uint16_t id, ot;
-        if (r.id == kObj && objIdAndType(r.payload, &id, &ot)) {
+        if (r.id == rt::Obj && objIdAndType(r.payload, &id, &ot)) {
             best = std::max<unsigned>(best, id);
             *any = true;
         }
@@ -417,7 +415,7 @@ uint16_t freeObjectId(const std::vector<Rec>& objects, unsigned start) {
     std::vector<bool> used(65536, false);
     for (const auto& r : objects) {
         uint16_t id, ot;
-        if (r.id == kObj && objIdAndType(r.payload, &id, &ot)) used[id] = true;
+        if (r.id == rt::Obj && objIdAndType(r.payload, &id, &ot)) used[id] = true;
     }
     for (unsigned id = start; id < 65536; ++id)
         if (!used[id]) return static_cast<uint16_t>(id);
@@ -430,32 +428,32 @@ std::vector<DrawingRecord> commentText(const std::wstring& units, uint16_t font)
     if (units.size() > 0xFFFF) throw zverror("comment is too long");
     std::vector<DrawingRecord> out;
     DrawingRecord txo;
-    txo.id = kTextObject;
-    add16(txo.payload, 530);  // grbit: left aligned, top, locked text
-    add16(txo.payload, 0);    // rot
+    txo.id = rt::TextObject;
+    le::append16(txo.payload, 530);  // grbit: left aligned, top, locked text
+    le::append16(txo.payload, 0);    // rot
     txo.payload.insert(txo.payload.end(), 6, 0);
-    add16(txo.payload, static_cast<uint32_t>(units.size()));
-    add16(txo.payload, units.empty() ? 0 : 16);
-    add16(txo.payload, 0);  // ifntEmpty
-    add16(txo.payload, 0);  // no kept formula bytes
+    le::append16(txo.payload, static_cast<uint32_t>(units.size()));
+    le::append16(txo.payload, units.empty() ? 0 : 16);
+    le::append16(txo.payload, 0);  // ifntEmpty
+    le::append16(txo.payload, 0);  // no kept formula bytes
     out.push_back(txo);
     if (units.empty()) return out;
     // The text in 16-bit form, a flag byte in front of each CONTINUE's part.
     constexpr size_t kPerRecord = (8224 - 1) / 2;
     for (size_t at = 0; at < units.size(); at += kPerRecord) {
         DrawingRecord part;
-        part.id = kContinue;
+        part.id = rt::Continue;
         part.payload.push_back(1);
-        for (size_t i = at; i < std::min(units.size(), at + kPerRecord); ++i) add16(part.payload, static_cast<uint32_t>(units[i]));
+        for (size_t i = at; i < std::min(units.size(), at + kPerRecord); ++i) le::append16(part.payload, static_cast<uint32_t>(units[i]));
         out.push_back(std::move(part));
     }
     DrawingRecord runs;
-    runs.id = kContinue;
-    add16(runs.payload, 0);
-    add16(runs.payload, font);
+    runs.id = rt::Continue;
+    le::append16(runs.payload, 0);
+    le::append16(runs.payload, font);
     runs.payload.insert(runs.payload.end(), 4, 0);
-    add16(runs.payload, static_cast<uint32_t>(units.size()));
-    add16(runs.payload, 0);
+    le::append16(runs.payload, static_cast<uint32_t>(units.size()));
+    le::append16(runs.payload, 0);
     runs.payload.insert(runs.payload.end(), 4, 0);
     out.push_back(std::move(runs));
     return out;
@@ -465,21 +463,21 @@ template <class Rec>
 bool findCommentText(const std::vector<Rec>& objects, uint16_t objId, std::wstring* text) {
     for (size_t i = 0; i < objects.size(); ++i) {
         uint16_t id, ot;
-        if (objects[i].id != kObj || !objIdAndType(objects[i].payload, &id, &ot) || id != objId || ot != 25) continue;
+        if (objects[i].id != rt::Obj || !objIdAndType(objects[i].payload, &id, &ot) || id != objId || ot != 25) continue;
         size_t j = i + 1;
-        while (j < objects.size() && objects[j].id != kTextObject && objects[j].id != kObj) ++j;
-        if (j >= objects.size() || objects[j].id != kTextObject) return false;
+        while (j < objects.size() && objects[j].id != rt::TextObject && objects[j].id != rt::Obj) ++j;
+        if (j >= objects.size() || objects[j].id != rt::TextObject) return false;
         const auto& txo = objects[j].payload;
         if (txo.size() < 12) return false;
-        size_t remaining = artU16(txo.data() + 10);
+        size_t remaining = le::get16(txo.data() + 10);
         std::vector<uint16_t> units;
-        for (size_t k = j + 1; remaining > 0 && k < objects.size() && objects[k].id == kContinue; ++k) {
+        for (size_t k = j + 1; remaining > 0 && k < objects.size() && objects[k].id == rt::Continue; ++k) {
             const auto& p = objects[k].payload;
             if (p.empty()) continue;
             bool wide = p[0] & 1;
             size_t room = wide ? (p.size() - 1) / 2 : p.size() - 1;
             size_t n = std::min(remaining, room);
-            for (size_t c = 0; c < n; ++c) units.push_back(wide ? artU16(p.data() + 1 + 2 * c) : p[1 + c]);
+            for (size_t c = 0; c < n; ++c) units.push_back(wide ? le::get16(p.data() + 1 + 2 * c) : p[1 + c]);
             remaining -= n;
         }
         *text = fromUnits(units);
@@ -490,31 +488,31 @@ bool findCommentText(const std::vector<Rec>& objects, uint16_t objId, std::wstri
 
 bool readNote(const std::vector<uint8_t>& p, NoteView* note) {
     if (p.size() < 11) return false;
-    note->row = artU16(p.data());
-    note->col = artU16(p.data() + 2);
-    note->grbit = artU16(p.data() + 4);
-    note->idObj = artU16(p.data() + 6);
-    size_t cch = artU16(p.data() + 8);
+    note->row = le::get16(p.data());
+    note->col = le::get16(p.data() + 2);
+    note->grbit = le::get16(p.data() + 4);
+    note->idObj = le::get16(p.data() + 6);
+    size_t cch = le::get16(p.data() + 8);
     bool wide = p[10] & 1;
     size_t need = 11 + (wide ? 2 * cch : cch);
     if (p.size() < need) return false;
     std::vector<uint16_t> units;
-    for (size_t c = 0; c < cch; ++c) units.push_back(wide ? artU16(p.data() + 11 + 2 * c) : p[11 + c]);
+    for (size_t c = 0; c < cch; ++c) units.push_back(wide ? le::get16(p.data() + 11 + 2 * c) : p[11 + c]);
     note->author = fromUnits(units);
     return true;
 }
 
 std::vector<uint8_t> makeNote(const NoteView& note) {
     std::vector<uint8_t> out;
-    add16(out, note.row);
-    add16(out, note.col);
-    add16(out, note.grbit);
-    add16(out, note.idObj);
+    le::append16(out, note.row);
+    le::append16(out, note.col);
+    le::append16(out, note.grbit);
+    le::append16(out, note.idObj);
     std::wstring units = RecordWriter::utf16Units(note.author);
     if (units.size() > 0xFFFF) throw zverror("author is too long");
-    add16(out, static_cast<uint32_t>(units.size()));
+    le::append16(out, static_cast<uint32_t>(units.size()));
     out.push_back(1);
-    for (wchar_t c : units) add16(out, static_cast<uint32_t>(c));
+    for (wchar_t c : units) le::append16(out, static_cast<uint32_t>(c));
     out.push_back(0);
     return out;
 }

@@ -8,12 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "biff/record_ids.h"
 #include "officeart/drawing_group.h"
 #include "officeart/officeart_record.h"
 
 namespace zelvar {
-
-constexpr uint16_t kMsoDrawing = 236, kObj = 93, kTextObject = 438, kContinue = 60, kNoteSh = 28;
 
 // A sheet record as the drawing code needs it: id and payload.
 struct DrawingRecord {

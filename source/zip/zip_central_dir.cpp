@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "zip/zip_bytes.h"
+#include "frame/little_endian.h"
 #include "zip/zip_exception.h"
 #include "zip/zip_storage.h"
 
 namespace zelvar {
 
-using namespace zipbytes;
+using namespace le;
 
 namespace {
 

@@ -2,14 +2,14 @@
 
 #include <zlib.h>
 
-#include "zip/zip_bytes.h"
+#include "frame/little_endian.h"
 #include "zip/zip_exception.h"
 #include "zip/zip_storage.h"
 #include "zip/zip_text.h"
 
 namespace zelvar {
 
-using namespace zipbytes;
+using namespace le;
 
 namespace {
 

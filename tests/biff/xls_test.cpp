@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "biff/record_ids.h"
 #include "biff/xls.h"
 #include "frame/zverror.h"
 
@@ -210,7 +211,7 @@ TEST(XlsContainer, BadInputFailsWithAMessage) {
 
 TEST(XlsContainer, ContinueBackPatching) {
     XlsStream xls;
-    xls.write(0x00EB, 8224);  // a record opened with a provisional size
+    xls.write(rt::MsoDrawingGroup, 8224);  // a record opened with a provisional size
     uint16_t left = 8224;
     for (int i = 0; i < 8224 / 4 + 3; ++i) xls.writeInt32(static_cast<uint32_t>(i), left);
     finishContinue(xls, left);

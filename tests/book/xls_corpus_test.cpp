@@ -291,13 +291,13 @@ std::vector<std::vector<Logical>> substreams(const std::vector<zvtest::Record>& 
     std::vector<std::vector<Logical>> out;
     int depth = 0;
     for (const auto& r : records) {
-        if (r.id == 2057 && depth++ == 0) out.emplace_back();
+        if (r.id == rt::Bof && depth++ == 0) out.emplace_back();
         if (depth == 0) continue;
-        if (r.id == 60 && !out.back().empty())
+        if (r.id == rt::Continue && !out.back().empty())
             out.back().back().second += r.payload;
         else
             out.back().emplace_back(r.id, r.payload);
-        if (r.id == 10 && --depth < 0) depth = 0;
+        if (r.id == rt::Eof && --depth < 0) depth = 0;
     }
     return out;
 }

@@ -27,14 +27,14 @@ std::string readFile(const std::string& path) {
 std::vector<std::vector<Record>> foreignSubstreams(const std::vector<Record>& all) {
     std::vector<std::vector<Record>> result;
     for (size_t i = 0; i < all.size(); ++i) {
-        if (all[i].id != 2057 || all[i].payload.size() < 4) continue;
+        if (all[i].id != rt::Bof || all[i].payload.size() < 4) continue;
         uint16_t dt = static_cast<uint16_t>(static_cast<uint8_t>(all[i].payload[2]) | static_cast<uint8_t>(all[i].payload[3]) << 8);
         if (dt == 5 || dt == 16) continue;
         std::vector<Record> sub;
         size_t j = i;
         for (; j < all.size(); ++j) {
             sub.push_back(all[j]);
-            if (all[j].id == 10) break;
+            if (all[j].id == rt::Eof) break;
         }
         result.push_back(sub);
         i = j;
@@ -96,7 +96,7 @@ TEST(XlsPreserve, UnknownGlobalsRecordReturnsBeforeTheGlobalsEof) {
     all.insert(all.begin() + 1, strange);
     // Sheet positions move by the inserted record's length.
     for (auto& r : all) {
-        if (r.id == 133) {
+        if (r.id == rt::BoundSheet8) {
             uint32_t pos = static_cast<uint8_t>(r.payload[0]) | static_cast<uint8_t>(r.payload[1]) << 8 |
                            static_cast<uint8_t>(r.payload[2]) << 16 | static_cast<uint32_t>(static_cast<uint8_t>(r.payload[3])) << 24;
             pos += 9;
@@ -109,7 +109,7 @@ TEST(XlsPreserve, UnknownGlobalsRecordReturnsBeforeTheGlobalsEof) {
     ASSERT_TRUE(book->saveRaw(&data, &size));
     auto again = streamRecords(std::string(data, size));
     size_t eof = 0;
-    while (eof < again.size() && again[eof].id != 10) ++eof;
+    while (eof < again.size() && again[eof].id != rt::Eof) ++eof;
     ASSERT_LT(eof, again.size());
     ASSERT_GE(eof, 1u);
     EXPECT_EQ(0x0AAA, again[eof - 1].id);

@@ -26,7 +26,7 @@ std::vector<uint16_t> sheetIds(const std::vector<Record>& all) {
     bool inSheet = false;
     int bofs = 0;
     for (const auto& r : all) {
-        if (r.id == 2057 && ++bofs == 2) inSheet = true;
+        if (r.id == rt::Bof && ++bofs == 2) inSheet = true;
         if (inSheet) ids.push_back(r.id);
     }
     return ids;
@@ -42,12 +42,13 @@ TEST(XlsRecords, NewSheetWithOneCellWritesTheFixedOrder) {
     IBookT<char>* book = zvCreateBookA();
     book->addSheet("S")->writeNum(2, 3, 0.1);
     auto ids = sheetIds(streamRecords(saved(book)));
-    const std::vector<uint16_t> expected = {2057, 523, 13, 12, 15, 17, 16, 95, 42, 43, 130, 128, 549, 129,
-                                            20, 21, 131, 132, 161, 85, 512, 515, 574, 29 /*none*/};
-    // Selection records are only written when a file had them, so the list ends at Window2.
-    std::vector<uint16_t> want(expected.begin(), expected.end() - 1);
-    want.push_back(239);
-    want.push_back(10);
+    // Selection records are only written when a file had them: Window2 is followed by PhoneticInfo.
+    const std::vector<uint16_t> want = {rt::Bof, rt::Index, rt::CalcMode, rt::CalcCount, rt::CalcRefMode,
+                                        rt::CalcIter, rt::CalcDelta, rt::CalcSaveRecalc, rt::PrintRowCol,
+                                        rt::PrintGrid, rt::GridSet, rt::Guts, rt::DefaultRowHeight, rt::WsBool,
+                                        rt::Header, rt::Footer, rt::HCenter, rt::VCenter, rt::Setup,
+                                        rt::DefColWidth, rt::Dimensions, rt::Number, rt::Window2,
+                                        rt::PhoneticInfo, rt::Eof};
     EXPECT_EQ(want, ids);
     book->release();
 }
@@ -56,10 +57,13 @@ TEST(XlsRecords, GlobalsStartWithTheFixedRecords) {
     IBookT<char>* book = zvCreateBookA();
     book->addSheet("S");
     auto all = streamRecords(saved(book));
-    const uint16_t head[] = {2057, 225, 193, 226, 92, 66, 353, 317, 156, 25, 18, 19, 431, 444, 61, 64, 141, 34, 14, 439, 218, 49};
+    const uint16_t head[] = {rt::Bof, rt::InterfaceHdr, rt::Mms, rt::InterfaceEnd, rt::WriteAccess, rt::CodePage,
+                             rt::DSF, rt::RRTabId, rt::BuiltInFnGroupCount, rt::WinProtect, rt::Protect,
+                             rt::Password, rt::Prot4Rev, rt::Prot4RevPass, rt::Window1, rt::Backup, rt::HideObj,
+                             rt::Date1904, rt::CalcPrecision, rt::RefreshAll, rt::BookBool, rt::Font};
     for (size_t i = 0; i < sizeof head / sizeof head[0]; ++i) EXPECT_EQ(head[i], all.at(i).id) << i;
     // No ExtSST is written.
-    for (const auto& r : all) EXPECT_NE(255, r.id);
+    for (const auto& r : all) EXPECT_NE(rt::ExtSST, r.id);
     book->release();
 }
 
@@ -71,7 +75,7 @@ TEST(XlsRecords, MulRkAndMulBlankComeBackAsSingleRecords) {
     std::vector<Record> edited;
     for (const auto& r : all) {
         edited.push_back(r);
-        if (r.id == 512) {
+        if (r.id == rt::Dimensions) {
             std::string mulrk;
             auto put16 = [](std::string& s, uint16_t v) { s.push_back(static_cast<char>(v)), s.push_back(static_cast<char>(v >> 8)); };
             put16(mulrk, 4), put16(mulrk, 1);
@@ -81,10 +85,10 @@ TEST(XlsRecords, MulRkAndMulBlankComeBackAsSingleRecords) {
                 put16(mulrk, static_cast<uint16_t>(rk)), put16(mulrk, static_cast<uint16_t>(rk >> 16));
             }
             put16(mulrk, 3);
-            edited.push_back({189, mulrk});
+            edited.push_back({rt::MulRk, mulrk});
             std::string mulblank;
             put16(mulblank, 5), put16(mulblank, 0), put16(mulblank, 15), put16(mulblank, 15), put16(mulblank, 1);
-            edited.push_back({190, mulblank});
+            edited.push_back({rt::MulBlank, mulblank});
         }
     }
     // Sheet position in BoundSheet8 is unchanged: the edit is after it.
@@ -99,10 +103,10 @@ TEST(XlsRecords, MulRkAndMulBlankComeBackAsSingleRecords) {
     auto ids = sheetIds(streamRecords(saved(book)));
     int rks = 0, blanks = 0;
     for (uint16_t id : ids) {
-        EXPECT_NE(189, id);
-        EXPECT_NE(190, id);
-        rks += id == 638;
-        blanks += id == 513;
+        EXPECT_NE(rt::MulRk, id);
+        EXPECT_NE(rt::MulBlank, id);
+        rks += id == rt::RK;
+        blanks += id == rt::Blank;
     }
     EXPECT_EQ(3, rks);
     EXPECT_EQ(2, blanks);
@@ -118,10 +122,10 @@ TEST(XlsRecords, BadRecordsFailWithTheirMessages) {
         std::string payload;
         const char* message;
     } cases[] = {
-        {47, std::string(6, '\0'), "workbook is encrypted"},
-        {61, std::string(10, '\0'), "Window1 size is incorrect"},
-        {449, std::string(4, '\0'), "RecalcId size is incorrect"},
-        {2057, std::string(6, '\0'), "read error: unexpected BOF record"},
+        {rt::FilePass, std::string(6, '\0'), "workbook is encrypted"},
+        {rt::Window1, std::string(10, '\0'), "Window1 size is incorrect"},
+        {rt::RecalcId, std::string(4, '\0'), "RecalcId size is incorrect"},
+        {rt::Bof, std::string(6, '\0'), "read error: unexpected BOF record"},
     };
     for (const auto& c : cases) {
         std::vector<Record> edited = all;

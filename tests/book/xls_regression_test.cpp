@@ -41,7 +41,7 @@ struct Book {
 std::vector<Record> globals(const std::vector<Record>& all) {
     std::vector<Record> out;
     for (const auto& r : all) {
-        if (r.id == 10) break;
+        if (r.id == rt::Eof) break;
         out.push_back(r);
     }
     return out;
@@ -52,8 +52,8 @@ std::vector<Record> drawingGroup(const std::vector<Record>& all) {
     std::vector<Record> out;
     bool inGroup = false;
     for (const auto& r : globals(all)) {
-        if (r.id == 235) inGroup = true;
-        else if (r.id != 60) inGroup = false;
+        if (r.id == rt::MsoDrawingGroup) inGroup = true;
+        else if (r.id != rt::Continue) inGroup = false;
         if (inGroup) out.push_back(r);
     }
     return out;
@@ -71,7 +71,7 @@ std::string withGlobals(const std::vector<Record>& extra) {
     book->addSheet("S")->writeNum(0, 0, 1);
     auto all = streamRecords(saved(book.book));
     size_t eof = 0;
-    while (eof < all.size() && all[eof].id != 10) ++eof;
+    while (eof < all.size() && all[eof].id != rt::Eof) ++eof;
     all.insert(all.begin() + static_cast<long>(eof), extra.begin(), extra.end());
     return container(all);
 }
@@ -81,8 +81,11 @@ std::string withGlobals(const std::vector<Record>& extra) {
 // Pictures destroyed on save: a drawing group stored as two MsoDrawingGroup records, each with
 // CONTINUEs, lost its first record on load.
 TEST(XlsRegression, PicturesDestroyedOnSaveDrawingGroupOfTwoRecords) {
-    const std::vector<Record> group = {{235, filled(8224, 1)}, {60, filled(8224, 2)}, {60, filled(100, 3)},
-                                       {235, filled(8224, 4)}, {60, filled(31, 5)}};
+    const std::vector<Record> group = {{rt::MsoDrawingGroup, filled(8224, 1)},
+                                       {rt::Continue, filled(8224, 2)},
+                                       {rt::Continue, filled(100, 3)},
+                                       {rt::MsoDrawingGroup, filled(8224, 4)},
+                                       {rt::Continue, filled(31, 5)}};
     std::string file = withGlobals(group);
     Book book;
     ASSERT_TRUE(book->loadRaw(file.data(), static_cast<unsigned>(file.size()))) << book->errorMessage();
@@ -129,8 +132,8 @@ std::string withSheetRecords(const std::vector<Record>& extra) {
     auto all = streamRecords(saved(book.book));
     size_t at = 0, bofs = 0;
     for (; at < all.size(); ++at) {
-        if (all[at].id == 2057) ++bofs;
-        if (bofs == 2 && all[at].id == 512) break;
+        if (all[at].id == rt::Bof) ++bofs;
+        if (bofs == 2 && all[at].id == rt::Dimensions) break;
     }
     all.insert(all.begin() + static_cast<long>(at + 1), extra.begin(), extra.end());
     return container(all);
@@ -142,10 +145,11 @@ std::vector<uint16_t> recordsBehindFormula(const std::string& file, int row, int
     std::vector<uint16_t> ids;
     for (size_t i = 0; i < all.size(); ++i) {
         const Record& r = all[i];
-        if (r.id != 6 || r.payload.size() < 4) continue;
+        if (r.id != rt::Formula || r.payload.size() < 4) continue;
         if (static_cast<uint8_t>(r.payload[0]) != row || static_cast<uint8_t>(r.payload[2]) != col) continue;
-        for (size_t j = i + 1; j < all.size() && (all[j].id == 1212 || all[j].id == 519 || all[j].id == 545 ||
-                                                  all[j].id == 566 || all[j].id == 60);
+        for (size_t j = i + 1; j < all.size() && (all[j].id == rt::ShrFmla || all[j].id == rt::String ||
+                                                  all[j].id == rt::Array || all[j].id == rt::Table ||
+                                                  all[j].id == rt::Continue);
              ++j)
             ids.push_back(all[j].id);
     }
@@ -193,11 +197,11 @@ TEST(XlsRegression, StaleRecordsAfterRewritingAFormula) {
     const std::string textResult = bytes({0, 0, 0, 0, 0, 0, 0xFF, 0xFF});
     // Row 1: a shared formula 1+2 over B2:C2 (master B2), row 2: ="x" with its String record.
     const std::vector<Record> cells = {
-        {6, bytes({1, 0, 1, 0, 15, 0}) + number3 + bytes({8, 0, 0, 0, 0, 0, 5, 0, 1, 1, 0, 1, 0})},
-        {1212, bytes({1, 0, 1, 0, 1, 2, 0, 2, 7, 0, 0x1E, 1, 0, 0x1E, 2, 0, 3})},
-        {6, bytes({1, 0, 2, 0, 15, 0}) + number3 + bytes({8, 0, 0, 0, 0, 0, 5, 0, 1, 1, 0, 1, 0})},
-        {6, bytes({2, 0, 1, 0, 15, 0}) + textResult + bytes({0, 0, 0, 0, 0, 0, 5, 0, 0x17, 1, 1, 'x', 0})},
-        {519, bytes({1, 0, 1, 'x', 0})},
+        {rt::Formula, bytes({1, 0, 1, 0, 15, 0}) + number3 + bytes({8, 0, 0, 0, 0, 0, 5, 0, 1, 1, 0, 1, 0})},
+        {rt::ShrFmla, bytes({1, 0, 1, 0, 1, 2, 0, 2, 7, 0, 0x1E, 1, 0, 0x1E, 2, 0, 3})},
+        {rt::Formula, bytes({1, 0, 2, 0, 15, 0}) + number3 + bytes({8, 0, 0, 0, 0, 0, 5, 0, 1, 1, 0, 1, 0})},
+        {rt::Formula, bytes({2, 0, 1, 0, 15, 0}) + textResult + bytes({0, 0, 0, 0, 0, 0, 5, 0, 0x17, 1, 1, 'x', 0})},
+        {rt::String, bytes({1, 0, 1, 'x', 0})},
     };
     std::string file = withSheetRecords(cells);
     Book book;
@@ -241,7 +245,7 @@ TEST(XlsRegression, SecondBofAtAWorksheetStartIsAnError) {
     auto all = streamRecords(saved(book.book));
     size_t sheetBof = 0;
     for (size_t i = 1; i < all.size(); ++i)
-        if (all[i].id == 2057) sheetBof = i;
+        if (all[i].id == rt::Bof) sheetBof = i;
     ASSERT_GT(sheetBof, 0u);
     all.insert(all.begin() + static_cast<long>(sheetBof + 1), all[sheetBof]);
     std::string file = container(all);
@@ -287,13 +291,13 @@ TEST(XlsRegression, FormattingRunsLostOfRichTextCells) {
     // "bold" with two runs: characters 0 to 1 in font 5, from 2 on in font 0.
     const std::string rich = bytes({1, 0, 0, 0, 15, 0}) + le16(4) + bytes({1, 'b', 0, 'o', 0, 'l', 0, 'd', 0}) + le16(2) +
                              le16(0) + le16(5) + le16(2) + le16(0);
-    std::string file = withSheetRecords({{214, rich}});
+    std::string file = withSheetRecords({{rt::RString, rich}});
     Book book;
     ASSERT_TRUE(book->loadRaw(file.data(), static_cast<unsigned>(file.size()))) << book->errorMessage();
     EXPECT_STREQ("bold", book->getSheet(0)->readStr(1, 0));
     auto after = streamRecords(saved(book.book));
     int found = 0;
-    for (const auto& r : after) found += r.id == 214 && r.payload == rich;
+    for (const auto& r : after) found += r.id == rt::RString && r.payload == rich;
     EXPECT_EQ(1, found);
 
     // The corpus file: every rich text record keeps its runs (the bytes behind the text).
@@ -304,7 +308,7 @@ TEST(XlsRegression, FormattingRunsLostOfRichTextCells) {
     auto runsOf = [](const std::vector<Record>& records) {
         std::vector<std::string> runs;
         for (const auto& r : records) {
-            if (r.id != 214) continue;
+            if (r.id != rt::RString) continue;
             size_t count = u16at(r.payload, 6), wide = static_cast<uint8_t>(r.payload[8]) & 1;
             runs.push_back(r.payload.substr(0, 6) + r.payload.substr(9 + count * (wide ? 2 : 1)));
         }
@@ -324,15 +328,15 @@ TEST(XlsRegression, RealFilesRefusedForToleratedShapes) {
         std::string payload;
         const char* error;  // null: loads
     } cases[] = {
-        {"BoolErr of 9 bytes", true, 517, bytes({1, 0, 0, 0, 15, 0, 1, 0, 0}), nullptr},
-        {"BoolErr too short", true, 517, bytes({1, 0, 0, 0, 15, 0, 1}), "BoolErr size is incorrect"},
-        {"Header as a bare count", true, 20, bytes({0, 0}), nullptr},
-        {"Footer as a bare count", true, 21, bytes({0, 0}), nullptr},
-        {"Header of one byte", true, 20, bytes({0}), "Header size is incorrect"},
-        {"user Style as a bare count", false, 659, le16(0x10) + le16(0), nullptr},
-        {"Format count beyond its bytes", false, 1054, le16(200) + le16(9) + bytes({1, '0', 0, '.', 0, '0', 0}), nullptr},
-        {"Format count short of its bytes", false, 1054, le16(201) + le16(1) + bytes({0, '0', '.', '0'}), nullptr},
-        {"Format too short", false, 1054, le16(202) + bytes({1}), "Format size is incorrect"},
+        {"BoolErr of 9 bytes", true, rt::BoolErr, bytes({1, 0, 0, 0, 15, 0, 1, 0, 0}), nullptr},
+        {"BoolErr too short", true, rt::BoolErr, bytes({1, 0, 0, 0, 15, 0, 1}), "BoolErr size is incorrect"},
+        {"Header as a bare count", true, rt::Header, bytes({0, 0}), nullptr},
+        {"Footer as a bare count", true, rt::Footer, bytes({0, 0}), nullptr},
+        {"Header of one byte", true, rt::Header, bytes({0}), "Header size is incorrect"},
+        {"user Style as a bare count", false, rt::Style, le16(0x10) + le16(0), nullptr},
+        {"Format count beyond its bytes", false, rt::Format, le16(200) + le16(9) + bytes({1, '0', 0, '.', 0, '0', 0}), nullptr},
+        {"Format count short of its bytes", false, rt::Format, le16(201) + le16(1) + bytes({0, '0', '.', '0'}), nullptr},
+        {"Format too short", false, rt::Format, le16(202) + bytes({1}), "Format size is incorrect"},
     };
     for (const auto& c : cases) {
         std::string file;
@@ -345,7 +349,7 @@ TEST(XlsRegression, RealFilesRefusedForToleratedShapes) {
             std::vector<Record> with = {{c.id, c.payload}};
             // A Style or Format goes beside the others of its kind.
             for (size_t i = 0; i < all.size(); ++i)
-                if (all[i].id == c.id || all[i].id == 224) {
+                if (all[i].id == c.id || all[i].id == rt::XF) {
                     all.insert(all.begin() + static_cast<long>(i), with.begin(), with.end());
                     break;
                 }
@@ -364,24 +368,24 @@ TEST(XlsRegression, RealFilesRefusedForToleratedShapes) {
         Book again;
         ASSERT_TRUE(again->loadRaw(out.data(), static_cast<unsigned>(out.size()))) << c.what << ": " << again->errorMessage();
         for (const auto& r : streamRecords(out)) {
-            if (r.id == 517) {
+            if (r.id == rt::BoolErr) {
                 EXPECT_EQ(8u, r.payload.size()) << c.what;
             }
-            if (r.id == 659 && !(u16at(r.payload, 0) & 0x8000)) {
+            if (r.id == rt::Style && !(u16at(r.payload, 0) & 0x8000)) {
                 EXPECT_GE(r.payload.size(), 5u) << c.what;
             }
         }
     }
     // The contents an independent reader sees.
     Book book;
-    std::string file = withSheetRecords({{517, cases[0].payload}});
+    std::string file = withSheetRecords({{rt::BoolErr, cases[0].payload}});
     ASSERT_TRUE(book->loadRaw(file.data(), static_cast<unsigned>(file.size())));
     EXPECT_TRUE(book->getSheet(0)->readBool(1, 0));
     for (int k : {6, 7}) {
         Book base;
         base->addSheet("S")->writeNum(0, 0, 1);
         auto all = streamRecords(saved(base.book));
-        all.insert(all.begin() + 1, {1054, cases[k].payload});
+        all.insert(all.begin() + 1, {rt::Format, cases[k].payload});
         std::string withFormat = container(all);
         ASSERT_TRUE(book->loadRaw(withFormat.data(), static_cast<unsigned>(withFormat.size())));
         EXPECT_STREQ(k == 6 ? "0.0" : "0", book->customNumFormat(k == 6 ? 200 : 201));
@@ -401,11 +405,11 @@ TEST(XlsRegression, FormulasToManySheetsThroughAContinuedTable) {
     table += le16(0) + le16(2) + le16(2);
     bool patched = false;
     for (size_t i = 0; i < all.size(); ++i) {
-        if (all[i].id == 23) {
+        if (all[i].id == rt::ExternSheet) {
             all[i].payload = table.substr(0, 8224);
-            all.insert(all.begin() + static_cast<long>(i + 1), Record{60, table.substr(8224)});
+            all.insert(all.begin() + static_cast<long>(i + 1), Record{rt::Continue, table.substr(8224)});
         }
-        if (all[i].id == 6 && (static_cast<uint8_t>(all[i].payload[22]) & 0x1F) == 0x1A) {
+        if (all[i].id == rt::Formula && (static_cast<uint8_t>(all[i].payload[22]) & 0x1F) == 0x1A) {
             all[i].payload.replace(23, 2, le16(1400));  // the PtgRef3d's table index
             patched = true;
         }
@@ -426,11 +430,11 @@ TEST(XlsRegression, FormulasToManySheetsThroughAContinuedTable) {
     int tables = 0;
     auto records = streamRecords(out);
     for (size_t i = 0; i < records.size(); ++i) {
-        if (records[i].id != 23) continue;
+        if (records[i].id != rt::ExternSheet) continue;
         ++tables;
         EXPECT_EQ(1402u, u16at(records[i].payload, 0));
         std::string joined = records[i].payload;
-        for (size_t j = i + 1; j < records.size() && records[j].id == 60; ++j) joined += records[j].payload;
+        for (size_t j = i + 1; j < records.size() && records[j].id == rt::Continue; ++j) joined += records[j].payload;
         EXPECT_EQ(2u + 6u * 1402u, joined.size());
     }
     EXPECT_EQ(1, tables);
@@ -449,7 +453,7 @@ TEST(XlsRegression, DuplicateNamesFromSetNamedRangeOverASingleCellName) {
     auto all = streamRecords(saved(base.book));
     // Turn the area name into a single-cell name, as other writers store it.
     for (auto& r : all) {
-        if (r.id != 24) continue;
+        if (r.id != rt::Lbl) continue;
         size_t tokens = r.payload.size() - 11;
         ASSERT_EQ(0x3B, static_cast<uint8_t>(r.payload[tokens]));
         std::string ref = bytes({0x3A}) + r.payload.substr(tokens + 1, 2) + le16(4) + le16(2);
@@ -470,7 +474,7 @@ TEST(XlsRegression, DuplicateNamesFromSetNamedRangeOverASingleCellName) {
     EXPECT_EQ(0, cf);
     EXPECT_EQ(1, cl);
     int names = 0;
-    for (const auto& r : streamRecords(saved(book.book))) names += r.id == 24;
+    for (const auto& r : streamRecords(saved(book.book))) names += r.id == rt::Lbl;
     EXPECT_EQ(1, names);
 }
 
@@ -489,7 +493,7 @@ TEST(XlsRegression, BrokenFormulaTokensOfLongNonBmpStrings) {
     unsigned size = 0;
     ASSERT_TRUE(book->saveRaw(&data, &size));
     for (const auto& r : streamRecords(std::string(data, size))) {
-        if (r.id != 6) continue;
+        if (r.id != rt::Formula) continue;
         ASSERT_EQ(0x17, static_cast<uint8_t>(r.payload[22]));
         EXPECT_EQ(254, static_cast<uint8_t>(r.payload[23]));  // the units the text takes
         EXPECT_EQ(2u + 254u * 2u + 1u, u16at(r.payload, 20));

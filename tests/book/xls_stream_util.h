@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "biff/record_ids.h"
 #include "biff/xls.h"
 
 namespace zvtest {

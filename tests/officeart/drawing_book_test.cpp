@@ -51,19 +51,21 @@ SavedDrawings savedDrawings(const std::string& file) {
     int substream = -1, depth = 0;
     uint16_t carrier = 0;
     for (const auto& r : streamRecords(file)) {
-        if (r.id == 2057 && depth++ == 0) {
+        if (r.id == rt::Bof && depth++ == 0) {
             ++substream;
             if (substream > 0) out.sheets.emplace_back(), out.notes.emplace_back();
             continue;
         }
-        if (r.id == 10 && --depth == 0) continue;
-        if (r.id != 60) carrier = r.id;
+        if (r.id == rt::Eof && --depth == 0) continue;
+        if (r.id != rt::Continue) carrier = r.id;
         std::vector<uint8_t> payload(r.payload.begin(), r.payload.end());
-        if (substream == 0 && (r.id == 235 || (r.id == 60 && carrier == 235)))
+        bool inGroup = r.id == rt::MsoDrawingGroup || (r.id == rt::Continue && carrier == rt::MsoDrawingGroup);
+        if (substream == 0 && inGroup)
             group.insert(group.end(), payload.begin(), payload.end());
-        if (substream > 0 && (r.id == 236 || r.id == 93 || r.id == 438 || r.id == 60))
+        if (substream > 0 &&
+            (r.id == rt::MsoDrawing || r.id == rt::Obj || r.id == rt::TextObject || r.id == rt::Continue))
             out.sheets.back().push_back({r.id, payload});
-        if (substream > 0 && r.id == 28) out.notes.back().push_back(payload);
+        if (substream > 0 && r.id == rt::NoteSh) out.notes.back().push_back(payload);
     }
     if (!group.empty()) out.group.load(group);
     return out;
@@ -79,8 +81,8 @@ Fdg fdgOf(const std::vector<DrawingRecord>& records) {
     if (nodes.empty()) return fdg;
     if (const ArtNode* f = nodes[0].find(0xF008)) {
         fdg.dgid = f->header.instance();
-        fdg.csp = artU32(f->body.data());
-        fdg.spidCur = artU32(f->body.data() + 4);
+        fdg.csp = le::get32(f->body.data());
+        fdg.spidCur = le::get32(f->body.data() + 4);
     }
     return fdg;
 }
@@ -375,7 +377,7 @@ TEST(DrawingComments, WideTextAndAFontTheBookHas) {
     ASSERT_GE(records.size(), 2u);
     const auto& runs = records.back().payload;
     ASSERT_EQ(16u, runs.size());
-    EXPECT_EQ(5, artU16(runs.data() + 2));
+    EXPECT_EQ(5, le::get16(runs.data() + 2));
 }
 
 TEST(DrawingComments, NotesMoveWithInsertedAndRemovedRows) {
@@ -417,7 +419,7 @@ TEST(DrawingCharts, EmbeddedChartSubstreamKeepsItsPlace) {
     // Behind the picture's Obj: a chart substream, then a CONTINUE that carries no text.
     size_t obj = 0;
     for (size_t i = 0; i < records.size(); ++i)
-        if (records[i].id == 93) obj = i;
+        if (records[i].id == rt::Obj) obj = i;
     ASSERT_NE(0u, obj);
     std::string chartBof("\x00\x06\x20\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00", 16);
     std::vector<Record> chart = {{2057, chartBof}, {4097, std::string("\x01\x00", 2)}, {10, ""}, {60, ""}};
@@ -428,7 +430,7 @@ TEST(DrawingCharts, EmbeddedChartSubstreamKeepsItsPlace) {
     EXPECT_EQ(1, loaded->getSheet(0)->pictureSize());
     auto back = streamRecords(savedBytes(loaded.get()));
     size_t at = 0;
-    while (at < back.size() && back[at].id != 93) ++at;
+    while (at < back.size() && back[at].id != rt::Obj) ++at;
     ASSERT_LT(at + 4, back.size());
     for (size_t k = 0; k < chart.size(); ++k) {
         EXPECT_EQ(chart[k].id, back[at + 1 + k].id) << k;

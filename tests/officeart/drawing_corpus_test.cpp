@@ -57,19 +57,21 @@ DrawingParts drawingParts(const std::string& file) {
     uint16_t carrier = 0;  // the record a CONTINUE belongs to
     for (const auto& r : streamRecords(file)) {
         std::string entry = std::to_string(r.id) + ":" + std::to_string(r.payload.size()) + ":" + r.payload;
-        if (r.id == 2057 && depth++ == 0) ++substream;
+        if (r.id == rt::Bof && depth++ == 0) ++substream;
         if (depth >= 2) {
             parts.drawings[substream] += entry;
-            if (r.id == 10) --depth;
+            if (r.id == rt::Eof) --depth;
             continue;
         }
-        if (r.id == 10) --depth;
-        if (r.id != 60) carrier = r.id;
-        if (substream == 0 && (r.id == 235 || (r.id == 60 && carrier == 235))) parts.group += r.payload;
-        if (substream > 0 && (r.id == 236 || r.id == 93 || r.id == 438 ||
-                              (r.id == 60 && (carrier == 236 || carrier == 93 || carrier == 438))))
+        if (r.id == rt::Eof) --depth;
+        if (r.id != rt::Continue) carrier = r.id;
+        bool inGroup = r.id == rt::MsoDrawingGroup || (r.id == rt::Continue && carrier == rt::MsoDrawingGroup);
+        if (substream == 0 && inGroup) parts.group += r.payload;
+        if (substream > 0 && (r.id == rt::MsoDrawing || r.id == rt::Obj || r.id == rt::TextObject ||
+                              (r.id == rt::Continue &&
+                               (carrier == rt::MsoDrawing || carrier == rt::Obj || carrier == rt::TextObject))))
             parts.drawings[substream] += entry;
-        if (r.id == 28) parts.notes[substream].push_back(r.payload);
+        if (r.id == rt::NoteSh) parts.notes[substream].push_back(r.payload);
     }
     return parts;
 }
@@ -79,9 +81,10 @@ std::map<int, std::vector<DrawingRecord>> sheetDrawingRecords(const std::string&
     std::map<int, std::vector<DrawingRecord>> out;
     int substream = -1, depth = 0;
     for (const auto& r : streamRecords(file)) {
-        if (r.id == 2057 && depth++ == 0) ++substream;
-        if (r.id == 10) --depth;
-        if (substream > 0 && (r.id == 236 || r.id == 93 || r.id == 438 || r.id == 60 || depth >= 2 || r.id == 10)) {
+        if (r.id == rt::Bof && depth++ == 0) ++substream;
+        if (r.id == rt::Eof) --depth;
+        bool drawingRecord = r.id == rt::MsoDrawing || r.id == rt::Obj || r.id == rt::TextObject || r.id == rt::Continue;
+        if (substream > 0 && (drawingRecord || depth >= 2 || r.id == rt::Eof)) {
             DrawingRecord d;
             d.id = r.id;
             d.payload.assign(r.payload.begin(), r.payload.end());

@@ -134,7 +134,7 @@ TEST(OfficeArtRecord, TreeReadsAndWritesBackEveryByte) {
 
     // A child that runs past its container, and bytes too few for a record.
     std::vector<uint8_t> broken = bytes;
-    artPut32(broken.data() + 8 + 16 + 8 + 4, 5000);  // the picture shape's length
+    le::put32(broken.data() + 8 + 16 + 8 + 4, 5000);  // the picture shape's length
     EXPECT_EQ("error in record OfficeArtSpContainer", errorOf([&] { parseOfficeArt(broken.data(), broken.size()); }));
     std::vector<uint8_t> tail = bytes;
     tail.insert(tail.end(), 3, 0);
@@ -329,7 +329,7 @@ TEST(SheetDrawing, CommentRecordsAndNotes) {
     std::wstring longText(9000, L'x');
     longText[8999] = L'\x4E2D';
     std::vector<DrawingRecord> objects;
-    objects.push_back({kObj, commentObj(7)});
+    objects.push_back({rt::Obj, commentObj(7)});
     for (auto& r : commentText(longText, 0)) objects.push_back(r);
     EXPECT_EQ(6u, objects.size());  // Obj, TextObject, three parts of 4,111 characters at most, runs
     std::wstring text;
@@ -368,8 +368,8 @@ TEST(SheetDrawing, NewShapesGoIntoTheGroupOfALoadedDrawing) {
     for (bool sameRecord : {true, false}) {
         ArtNode dg = makeContainer(OfficeArtDgContainer::kType);
         std::vector<uint8_t> fdg;
-        artAdd32(fdg, 2);
-        artAdd32(fdg, 1025);
+        le::append32(fdg, 2);
+        le::append32(fdg, 1025);
         dg.children.push_back(makeAtom(OfficeArtRecordHeader(0, 1, 0xF008, 0), fdg));
         ArtNode spgr = makeContainer(OfficeArtSpgrContainer::kType);
         std::vector<uint8_t> sp = pictureShape(1025, 1, OfficeArtCoord{});
@@ -383,18 +383,18 @@ TEST(SheetDrawing, NewShapesGoIntoTheGroupOfALoadedDrawing) {
         const size_t solverAt = bytes.size() - 8;
         std::vector<DrawingRecord> objects;
         if (sameRecord) {
-            objects.push_back({kMsoDrawing, bytes});
-            objects.push_back({kObj, pictureObj(1)});
+            objects.push_back({rt::MsoDrawing, bytes});
+            objects.push_back({rt::Obj, pictureObj(1)});
         } else {
-            objects.push_back({kMsoDrawing, std::vector<uint8_t>(bytes.begin(), bytes.begin() + static_cast<long>(solverAt))});
-            objects.push_back({kObj, pictureObj(1)});
-            objects.push_back({kMsoDrawing, std::vector<uint8_t>(bytes.begin() + static_cast<long>(solverAt), bytes.end())});
+            objects.push_back({rt::MsoDrawing, std::vector<uint8_t>(bytes.begin(), bytes.begin() + static_cast<long>(solverAt))});
+            objects.push_back({rt::Obj, pictureObj(1)});
+            objects.push_back({rt::MsoDrawing, std::vector<uint8_t>(bytes.begin() + static_cast<long>(solverAt), bytes.end())});
         }
         ShapePlan plan = reserveShape(objects, group, ShapeRole::Picture);
         EXPECT_EQ(1026u, plan.spid);
         NewShape shape;
         shape.art = pictureShape(plan.spid, 1, OfficeArtCoord{});
-        shape.objects.push_back({kObj, pictureObj(2)});
+        shape.objects.push_back({rt::Obj, pictureObj(2)});
         insertShape(objects, plan, shape);
         DrawingMap map = mapDrawing(objects);
         auto nodes = parseOfficeArt(map.bytes.data(), map.bytes.size());
@@ -402,13 +402,13 @@ TEST(SheetDrawing, NewShapesGoIntoTheGroupOfALoadedDrawing) {
         ASSERT_EQ(3u, nodes[0].children.size());
         EXPECT_EQ(0xF005, nodes[0].children[2].header.type);
         EXPECT_EQ(2u, nodes[0].children[1].children.size());
-        EXPECT_EQ(3u, artU32(nodes[0].children[0].body.data()));          // csp
-        EXPECT_EQ(1026u, artU32(nodes[0].children[0].body.data() + 4));   // spidCur
+        EXPECT_EQ(3u, le::get32(nodes[0].children[0].body.data()));          // csp
+        EXPECT_EQ(1026u, le::get32(nodes[0].children[0].body.data() + 4));   // spidCur
         // The new shape's Obj follows its MsoDrawing, and the solver comes after both.
         ASSERT_EQ(5u, objects.size());
-        EXPECT_EQ(kMsoDrawing, objects[2].id);
-        EXPECT_EQ(kObj, objects[3].id);
-        EXPECT_EQ(kMsoDrawing, objects[4].id);
+        EXPECT_EQ(rt::MsoDrawing, objects[2].id);
+        EXPECT_EQ(rt::Obj, objects[3].id);
+        EXPECT_EQ(rt::MsoDrawing, objects[4].id);
         EXPECT_EQ(8u, objects[4].payload.size());
         auto shapes = drawingShapes(map);
         ASSERT_EQ(2u, shapes.size());

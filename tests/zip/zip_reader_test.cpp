@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <map>
 
-#include "zip/zip_bytes.h"
+#include "frame/little_endian.h"
 #include "zip/zip_text.h"
 #include "zip_test_util.h"
 
 using namespace ziptest;
-using namespace zelvar::zipbytes;
+using namespace zelvar::le;
 
 namespace {
 

@@ -3,11 +3,11 @@
 #include <ctime>
 #include <zlib.h>
 
-#include "zip/zip_bytes.h"
+#include "frame/little_endian.h"
 #include "zip_test_util.h"
 
 using namespace ziptest;
-using namespace zelvar::zipbytes;
+using namespace zelvar::le;
 
 namespace {
 
