@@ -298,7 +298,8 @@ public:
      *     int degrees = fmt->rotation();  // 45 */
     virtual int rotation() const = 0;
     /* Sets the text rotation (see rotation()).
-     * Fails with: "rotation must be in range 0-180 or 255"; the rotation stays as it was.
+     * Fails with: "rotation must be in range 0-180 or 255"; the rotation stays as it was. XML
+     * books: none, any value is stored.
      *     fmt->setRotation(90);
      *     if (!fmt->setRotation(200)) puts(book->errorMessage()); */
     virtual bool setRotation(int rotation) = 0;
@@ -599,7 +600,8 @@ public:
      * defined name or an unknown function), "sheet is not found", "formula is too long", "too many
      * external sheet references"; the cell stays as it was. An operator without its operands,
      * as in "1+", is not caught here: such a formula is stored, and readFormula then fails with
-     * "toInfix error: expected two operands for binary operator".
+     * "toInfix error: expected two operands for binary operator". XML books store the text
+     * unchecked: only "value is null" and the cell ranges of writeNum.
      *     sheet->writeFormula(5, 0, "SUM(A1:A5)");
      *     sheet->writeFormula(6, 0, "IF(A6>100,\"high\",\"low\")", fmt); */
     virtual bool writeFormula(int row, int col, const T* value, IFormatT<T>* format = 0) = 0;
@@ -729,7 +731,7 @@ public:
     virtual void setPicture2(int row, int col, int pictureId, int width = -1, int height = -1,
                              int offsetX = 0, int offsetY = 0) = 0;
     /* Row of the index-th horizontal page break (the break comes before that row); -1 on failure.
-     * Fails with: "index is out of range".
+     * Fails with: "index is out of range". XML books: -1 with "ok".
      *     for (int i = 0; i < sheet->getHorPageBreakSize(); ++i)
      *         printf("%d\n", sheet->getHorPageBreak(i)); */
     virtual int getHorPageBreak(int index) const = 0;
@@ -739,7 +741,7 @@ public:
      *     int breaks = sheet->getHorPageBreakSize();  // 1 */
     virtual int getHorPageBreakSize() const = 0;
     /* Column of the index-th vertical page break; -1 on failure.
-     * Fails with: "index is out of range".
+     * Fails with: "index is out of range". XML books: -1 with "ok".
      *     for (int i = 0; i < sheet->getVerPageBreakSize(); ++i)
      *         printf("%d\n", sheet->getVerPageBreak(i)); */
     virtual int getVerPageBreak(int index) const = 0;
@@ -1151,13 +1153,14 @@ public:
      * book. Text of 8-bit names follows setLocale.
      * Fails with: "can't open file for reading", "This file format isn't supported", "workbook
      * is encrypted", "read error: the stream ends inside a record", and messages naming the
-     * damaged structure of a broken file.
+     * damaged structure of a broken file. XML books: the ZIP layer's text for a file it can't
+     * open or read, as "No such file or directory.".
      *     if (!book->load("in.xls"))
      *         printf("can't load: %s\n", book->errorMessage()); */
     virtual bool load(const T* filename) = 0;
     /* Writes the whole book to the file, replacing it; can be repeated.
      * Fails with: "can't open file for writing", "stream error, perhaps it's too small writing
-     * buffer".
+     * buffer". XML books: "min/max occurs error on marshaling" for a book without sheets.
      *     if (!book->save("out.xls"))
      *         printf("can't save: %s\n", book->errorMessage()); */
     virtual bool save(const T* filename) = 0;
@@ -1168,7 +1171,8 @@ public:
      *     if (other->saveRaw(&data, &size)) book->loadRaw(data, size); */
     virtual bool loadRaw(const char* data, unsigned size) = 0;
     /* Writes the book to a block owned by the book, valid until the next saveRaw or release.
-     * Fails with: "stream error, perhaps it's too small writing buffer".
+     * Fails with: "stream error, perhaps it's too small writing buffer". XML books: "min/max
+     * occurs error on marshaling" for a book without sheets.
      *     const char* data; unsigned size;
      *     if (book->saveRaw(&data, &size)) fwrite(data, 1, size, stdout); */
     virtual bool saveRaw(const char** data, unsigned* size) = 0;
@@ -1224,7 +1228,8 @@ public:
      *     fmt->setNumFormat(euro); */
     virtual int addCustomNumFormat(const T* customNumFormat) = 0;
     /* Text of a custom number format id, in the book's text buffer.
-     * Fails with: "custom number format not found", also for the built-in ids below 164.
+     * Fails with: "custom number format not found", also for the built-in ids below 164. XML
+     * books: null with "ok".
      *     const char* text = book->customNumFormat(fmt->numFormat());
      *     if (text) puts(text); */
     virtual const T* customNumFormat(int fmt) = 0;
