@@ -1270,13 +1270,15 @@ public:
     /* A colour for red, green and blue (0 to 255). Binary family: the palette index of that
      * colour; when no entry matches exactly, the first entry that colorPack hasn't handed out yet
      * (from index 8 up) is changed to it, so a named colour such as ColorBlack may then show the
-     * new colour. ColorAutomatic on failure. XML books in RGB mode give the RGB value itself.
+     * new colour. ColorAutomatic on failure. XML books: the RGB value (red << 16 | green << 8 |
+     * blue) in either mode; formats and fonts read it as that colour only after setRgbMode(true).
      * Fails with: "no free color index, limit is reached for xls format".
      *     Color brand = book->colorPack(0, 97, 168);
      *     font->setColor(brand); */
     virtual Color colorPack(int red, int green, int blue) = 0;
     /* Red, green and blue (0 to 255) of a colour in the book's coding; each pointer may be null.
-     * Fails with: none.
+     * Fails with: none. XML books split the value as RGB in either mode, so ColorTeal (21) gives
+     * 0, 0, 21 there.
      *     int r, g, b;
      *     book->colorUnpack(ColorTeal, &r, &g, &b);  // 0, 128, 128 */
     virtual void colorUnpack(Color color, int* red, int* green, int* blue) = 0;

@@ -229,14 +229,16 @@ ZELVAR_API int zvBookDateUnpackW(BookHandle handle, double value, int* year, int
 /* A colour for red, green and blue (0 to 255). Binary family: the palette index of that
  * colour; when no entry matches exactly, the first entry that colorPack hasn't handed out yet
  * (from index 8 up) is changed to it, so a named colour such as ColorBlack may then show the
- * new colour. ColorAutomatic on failure. XML books in RGB mode give the RGB value itself.
+ * new colour. ColorAutomatic on failure. XML books: the RGB value (red << 16 | green << 8 |
+ * blue) in either mode; formats and fonts read it as that colour only after setRgbMode(true).
  * Fails with: "no free color index, limit is reached for xls format".
  *     int brand = zvBookColorPackA(book, 0, 97, 168);
  *     zvFontSetColorA(font, brand); */
 ZELVAR_API int zvBookColorPackA(BookHandle handle, int red, int green, int blue);
 ZELVAR_API int zvBookColorPackW(BookHandle handle, int red, int green, int blue);
 /* Red, green and blue (0 to 255) of a colour in the book's coding; each pointer may be null.
- * Fails with: none.
+ * Fails with: none. XML books split the value as RGB in either mode, so ColorTeal (21) gives
+ * 0, 0, 21 there.
  *     int r, g, b;
  *     zvBookColorUnpackA(book, 21, &r, &g, &b);  // 0, 128, 128 */
 ZELVAR_API void zvBookColorUnpackA(BookHandle handle, int color, int* red, int* green, int* blue);

@@ -137,6 +137,15 @@ TYPED_TEST(BothFamilies, WhereTheFamiliesDifferTheHeadersSaySo) {
         {"readError of a text cell",
          [](B b, Sh s) { return s->writeStr(2, 2, S<T>("x").c_str()), answer(b, s->readError(2, 2)); },
          "255 [ok]", "255 [this cell doesn't contain an error]"},
+        {"colorPack in index mode", [](B b, Sh) { return answer(b, b->colorPack(0, 97, 168)); }, "8 [ok]",
+         "25000 [ok]"},
+        {"colorUnpack of a palette index",
+         [](B b, Sh) {
+             int red = -1, green = -1, blue = -1;
+             b->colorUnpack(ColorTeal, &red, &green, &blue);
+             return answer(b, red * 1000000LL + green * 1000 + blue);
+         },
+         "128128 [ok]", "21 [ok]"},
         {"delNamedRange of an unknown name", [](B b, Sh s) { return answer(b, s->delNamedRange(S<T>("Nothing").c_str())); },
          "0 [named range is not found]", "0 [named range not found]"},
     };
