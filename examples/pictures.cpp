@@ -1,4 +1,4 @@
-// Pictures: a logo added from a file and anchored at a cell at its natural size, the same picture
+// Pictures: a logo added from a file and anchored at a cell at half its size, the same picture
 // from memory stretched over a block of cells, then the sheet's pictures listed with their
 // anchors. A path ending in .xlsx gives an XML workbook, any other a binary one; both families
 // hold pictures the same way.

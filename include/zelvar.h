@@ -722,8 +722,11 @@ public:
      *     sheet->setPicture(0, 0, id, 0.5); */
     virtual void setPicture(int row, int col, int pictureId, double scale = 1.0, int offsetX = 0,
                             int offsetY = 0) = 0;
-    /* Anchors a picture at a size in pixels; -1 keeps the natural width or height. Offsets as
-     * in setPicture, with the same warnings.
+    /* Anchors a picture at a size in pixels. A width or height of -1 is not the natural size
+     * (setPicture with scale 1 gives that): the anchor then ends in the last row or column of
+     * the merged block that holds the cell (or in the cell itself) with a far offset beyond that
+     * cell, which readers show in their own ways and getPicture reads back as a meaningless
+     * size. Offsets as in setPicture, with the same warnings.
      * Fails with: "pictureId is out of range", "row must be in range 0-65535", "col must be in
      * range 0-255".
      *     int id = book->addPicture("logo.png");

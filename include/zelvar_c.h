@@ -610,8 +610,11 @@ ZELVAR_API int zvSheetGetPictureW(SheetHandle handle, int index, int* rowTop, in
  *     zvSheetSetPictureA(sheet, 0, 0, id, 0.5, 0, 0); */
 ZELVAR_API void zvSheetSetPictureA(SheetHandle handle, int row, int col, int pictureId, double scale, int offsetX, int offsetY);
 ZELVAR_API void zvSheetSetPictureW(SheetHandle handle, int row, int col, int pictureId, double scale, int offsetX, int offsetY);
-/* Anchors a picture at a size in pixels; -1 keeps the natural width or height. Offsets as
- * in setPicture, with the same warnings.
+/* Anchors a picture at a size in pixels. A width or height of -1 is not the natural size
+ * (setPicture with scale 1 gives that): the anchor then ends in the last row or column of
+ * the merged block that holds the cell (or in the cell itself) with a far offset beyond that
+ * cell, which readers show in their own ways and getPicture reads back as a meaningless
+ * size. Offsets as in setPicture, with the same warnings.
  * Fails with: "pictureId is out of range", "row must be in range 0-65535", "col must be in
  * range 0-255".
  *     int id = zvBookAddPictureA(book, "logo.png");
