@@ -845,7 +845,8 @@ public:
      *         printf("%g\n", sheet->readNum(r, 0, nullptr)); */
     virtual int firstRow() const = 0;
     /* One past the last row of the used range; equal to firstRow() on an empty sheet.
-     * Fails with: none.
+     * Fails with: none. XML books: rows without cells count once the sheet is loaded or edited
+     * by insertRow and the like, but rows that setRowHidden or groupRows make count only then.
      *     int rows = sheet->lastRow() - sheet->firstRow();
      *     printf("%d rows\n", rows); */
     virtual int lastRow() const = 0;

@@ -753,7 +753,8 @@ ZELVAR_API int zvSheetCopyCellW(SheetHandle handle, int rowSrc, int colSrc, int 
 ZELVAR_API int zvSheetFirstRowA(SheetHandle handle);
 ZELVAR_API int zvSheetFirstRowW(SheetHandle handle);
 /* One past the last row of the used range; equal to firstRow() on an empty sheet.
- * Fails with: none.
+ * Fails with: none. XML books: rows without cells count once the sheet is loaded or edited
+ * by insertRow and the like, but rows that setRowHidden or groupRows make count only then.
  *     int rows = zvSheetLastRowA(sheet) - zvSheetFirstRowA(sheet);
  *     printf("%d rows\n", rows); */
 ZELVAR_API int zvSheetLastRowA(SheetHandle handle);
