@@ -298,7 +298,8 @@ public:
      *     int degrees = fmt->rotation();  // 45 */
     virtual int rotation() const = 0;
     /* Sets the text rotation (see rotation()).
-     * Fails with: "rotation must be in range 0-180 or 255"; the rotation stays as it was.
+     * Fails with: "rotation must be in range 0-180 or 255"; the rotation stays as it was. XML
+     * books: none, any value is stored.
      *     fmt->setRotation(90);
      *     if (!fmt->setRotation(200)) puts(book->errorMessage()); */
     virtual bool setRotation(int rotation) = 0;
@@ -599,7 +600,8 @@ public:
      * defined name or an unknown function), "sheet is not found", "formula is too long", "too many
      * external sheet references"; the cell stays as it was. An operator without its operands,
      * as in "1+", is not caught here: such a formula is stored, and readFormula then fails with
-     * "toInfix error: expected two operands for binary operator".
+     * "toInfix error: expected two operands for binary operator". XML books store the text
+     * unchecked: only "value is null" and the cell ranges of writeNum.
      *     sheet->writeFormula(5, 0, "SUM(A1:A5)");
      *     sheet->writeFormula(6, 0, "IF(A6>100,\"high\",\"low\")", fmt); */
     virtual bool writeFormula(int row, int col, const T* value, IFormatT<T>* format = 0) = 0;
@@ -720,8 +722,11 @@ public:
      *     sheet->setPicture(0, 0, id, 0.5); */
     virtual void setPicture(int row, int col, int pictureId, double scale = 1.0, int offsetX = 0,
                             int offsetY = 0) = 0;
-    /* Anchors a picture at a size in pixels; -1 keeps the natural width or height. Offsets as
-     * in setPicture, with the same warnings.
+    /* Anchors a picture at a size in pixels. A width or height of -1 is not the natural size
+     * (setPicture with scale 1 gives that): the anchor then ends in the last row or column of
+     * the merged block that holds the cell (or in the cell itself) with a far offset beyond that
+     * cell, which readers show in their own ways and getPicture reads back as a meaningless
+     * size. Offsets as in setPicture, with the same warnings.
      * Fails with: "pictureId is out of range", "row must be in range 0-65535", "col must be in
      * range 0-255".
      *     int id = book->addPicture("logo.png");
@@ -729,7 +734,7 @@ public:
     virtual void setPicture2(int row, int col, int pictureId, int width = -1, int height = -1,
                              int offsetX = 0, int offsetY = 0) = 0;
     /* Row of the index-th horizontal page break (the break comes before that row); -1 on failure.
-     * Fails with: "index is out of range".
+     * Fails with: "index is out of range". XML books: -1 with "ok".
      *     for (int i = 0; i < sheet->getHorPageBreakSize(); ++i)
      *         printf("%d\n", sheet->getHorPageBreak(i)); */
     virtual int getHorPageBreak(int index) const = 0;
@@ -739,7 +744,7 @@ public:
      *     int breaks = sheet->getHorPageBreakSize();  // 1 */
     virtual int getHorPageBreakSize() const = 0;
     /* Column of the index-th vertical page break; -1 on failure.
-     * Fails with: "index is out of range".
+     * Fails with: "index is out of range". XML books: -1 with "ok".
      *     for (int i = 0; i < sheet->getVerPageBreakSize(); ++i)
      *         printf("%d\n", sheet->getVerPageBreak(i)); */
     virtual int getVerPageBreak(int index) const = 0;
@@ -840,7 +845,8 @@ public:
      *         printf("%g\n", sheet->readNum(r, 0, nullptr)); */
     virtual int firstRow() const = 0;
     /* One past the last row of the used range; equal to firstRow() on an empty sheet.
-     * Fails with: none.
+     * Fails with: none. XML books: rows without cells count once the sheet is loaded or edited
+     * by insertRow and the like, but rows that setRowHidden or groupRows make count only then.
      *     int rows = sheet->lastRow() - sheet->firstRow();
      *     printf("%d rows\n", rows); */
     virtual int lastRow() const = 0;
@@ -1151,13 +1157,14 @@ public:
      * book. Text of 8-bit names follows setLocale.
      * Fails with: "can't open file for reading", "This file format isn't supported", "workbook
      * is encrypted", "read error: the stream ends inside a record", and messages naming the
-     * damaged structure of a broken file.
+     * damaged structure of a broken file. XML books: the ZIP layer's text for a file it can't
+     * open or read, as "No such file or directory.".
      *     if (!book->load("in.xls"))
      *         printf("can't load: %s\n", book->errorMessage()); */
     virtual bool load(const T* filename) = 0;
     /* Writes the whole book to the file, replacing it; can be repeated.
      * Fails with: "can't open file for writing", "stream error, perhaps it's too small writing
-     * buffer".
+     * buffer". XML books: "min/max occurs error on marshaling" for a book without sheets.
      *     if (!book->save("out.xls"))
      *         printf("can't save: %s\n", book->errorMessage()); */
     virtual bool save(const T* filename) = 0;
@@ -1168,7 +1175,8 @@ public:
      *     if (other->saveRaw(&data, &size)) book->loadRaw(data, size); */
     virtual bool loadRaw(const char* data, unsigned size) = 0;
     /* Writes the book to a block owned by the book, valid until the next saveRaw or release.
-     * Fails with: "stream error, perhaps it's too small writing buffer".
+     * Fails with: "stream error, perhaps it's too small writing buffer". XML books: "min/max
+     * occurs error on marshaling" for a book without sheets.
      *     const char* data; unsigned size;
      *     if (book->saveRaw(&data, &size)) fwrite(data, 1, size, stdout); */
     virtual bool saveRaw(const char** data, unsigned* size) = 0;
@@ -1224,7 +1232,8 @@ public:
      *     fmt->setNumFormat(euro); */
     virtual int addCustomNumFormat(const T* customNumFormat) = 0;
     /* Text of a custom number format id, in the book's text buffer.
-     * Fails with: "custom number format not found", also for the built-in ids below 164.
+     * Fails with: "custom number format not found", also for the built-in ids below 164. XML
+     * books: null with "ok".
      *     const char* text = book->customNumFormat(fmt->numFormat());
      *     if (text) puts(text); */
     virtual const T* customNumFormat(int fmt) = 0;
@@ -1265,13 +1274,15 @@ public:
     /* A colour for red, green and blue (0 to 255). Binary family: the palette index of that
      * colour; when no entry matches exactly, the first entry that colorPack hasn't handed out yet
      * (from index 8 up) is changed to it, so a named colour such as ColorBlack may then show the
-     * new colour. ColorAutomatic on failure. XML books in RGB mode give the RGB value itself.
+     * new colour. ColorAutomatic on failure. XML books: the RGB value (red << 16 | green << 8 |
+     * blue) in either mode; formats and fonts read it as that colour only after setRgbMode(true).
      * Fails with: "no free color index, limit is reached for xls format".
      *     Color brand = book->colorPack(0, 97, 168);
      *     font->setColor(brand); */
     virtual Color colorPack(int red, int green, int blue) = 0;
     /* Red, green and blue (0 to 255) of a colour in the book's coding; each pointer may be null.
-     * Fails with: none.
+     * Fails with: none. XML books split the value as RGB in either mode, so ColorTeal (21) gives
+     * 0, 0, 21 there.
      *     int r, g, b;
      *     book->colorUnpack(ColorTeal, &r, &g, &b);  // 0, 128, 128 */
     virtual void colorUnpack(Color color, int* red, int* green, int* blue) = 0;

@@ -94,14 +94,15 @@ ZELVAR_API BookHandle zvCreateXMLBookCW(void);
  * book. Text of 8-bit names follows setLocale.
  * Fails with: "can't open file for reading", "This file format isn't supported", "workbook
  * is encrypted", "read error: the stream ends inside a record", and messages naming the
- * damaged structure of a broken file.
+ * damaged structure of a broken file. XML books: the ZIP layer's text for a file it can't
+ * open or read, as "No such file or directory.".
  *     if (!zvBookLoadA(book, "in.xls"))
  *         printf("can't load: %s\n", zvBookErrorMessageA(book)); */
 ZELVAR_API int zvBookLoadA(BookHandle handle, const char* filename);
 ZELVAR_API int zvBookLoadW(BookHandle handle, const wchar_t* filename);
 /* Writes the whole book to the file, replacing it; can be repeated.
  * Fails with: "can't open file for writing", "stream error, perhaps it's too small writing
- * buffer".
+ * buffer". XML books: "min/max occurs error on marshaling" for a book without sheets.
  *     if (!zvBookSaveA(book, "out.xls"))
  *         printf("can't save: %s\n", zvBookErrorMessageA(book)); */
 ZELVAR_API int zvBookSaveA(BookHandle handle, const char* filename);
@@ -114,7 +115,8 @@ ZELVAR_API int zvBookSaveW(BookHandle handle, const wchar_t* filename);
 ZELVAR_API int zvBookLoadRawA(BookHandle handle, const char* data, unsigned size);
 ZELVAR_API int zvBookLoadRawW(BookHandle handle, const char* data, unsigned size);
 /* Writes the book to a block owned by the book, valid until the next saveRaw or release.
- * Fails with: "stream error, perhaps it's too small writing buffer".
+ * Fails with: "stream error, perhaps it's too small writing buffer". XML books: "min/max
+ * occurs error on marshaling" for a book without sheets.
  *     const char* data; unsigned size;
  *     if (zvBookSaveRawA(book, &data, &size)) fwrite(data, 1, size, stdout); */
 ZELVAR_API int zvBookSaveRawA(BookHandle handle, const char** data, unsigned* size);
@@ -180,7 +182,8 @@ ZELVAR_API FontHandle zvBookAddFontW(BookHandle handle, FontHandle initFont);
 ZELVAR_API int zvBookAddCustomNumFormatA(BookHandle handle, const char* customNumFormat);
 ZELVAR_API int zvBookAddCustomNumFormatW(BookHandle handle, const wchar_t* customNumFormat);
 /* Text of a custom number format id, in the book's text buffer.
- * Fails with: "custom number format not found", also for the built-in ids below 164.
+ * Fails with: "custom number format not found", also for the built-in ids below 164. XML
+ * books: null with "ok".
  *     const char* text = zvBookCustomNumFormatA(book, zvFormatNumFormatA(fmt));
  *     if (text) puts(text); */
 ZELVAR_API const char* zvBookCustomNumFormatA(BookHandle handle, int fmt);
@@ -226,14 +229,16 @@ ZELVAR_API int zvBookDateUnpackW(BookHandle handle, double value, int* year, int
 /* A colour for red, green and blue (0 to 255). Binary family: the palette index of that
  * colour; when no entry matches exactly, the first entry that colorPack hasn't handed out yet
  * (from index 8 up) is changed to it, so a named colour such as ColorBlack may then show the
- * new colour. ColorAutomatic on failure. XML books in RGB mode give the RGB value itself.
+ * new colour. ColorAutomatic on failure. XML books: the RGB value (red << 16 | green << 8 |
+ * blue) in either mode; formats and fonts read it as that colour only after setRgbMode(true).
  * Fails with: "no free color index, limit is reached for xls format".
  *     int brand = zvBookColorPackA(book, 0, 97, 168);
  *     zvFontSetColorA(font, brand); */
 ZELVAR_API int zvBookColorPackA(BookHandle handle, int red, int green, int blue);
 ZELVAR_API int zvBookColorPackW(BookHandle handle, int red, int green, int blue);
 /* Red, green and blue (0 to 255) of a colour in the book's coding; each pointer may be null.
- * Fails with: none.
+ * Fails with: none. XML books split the value as RGB in either mode, so ColorTeal (21) gives
+ * 0, 0, 21 there.
  *     int r, g, b;
  *     zvBookColorUnpackA(book, 21, &r, &g, &b);  // 0, 128, 128 */
 ZELVAR_API void zvBookColorUnpackA(BookHandle handle, int color, int* red, int* green, int* blue);
@@ -469,7 +474,8 @@ ZELVAR_API const wchar_t* zvSheetReadFormulaW(SheetHandle handle, int row, int c
  * defined name or an unknown function), "sheet is not found", "formula is too long", "too many
  * external sheet references"; the cell stays as it was. An operator without its operands,
  * as in "1+", is not caught here: such a formula is stored, and readFormula then fails with
- * "toInfix error: expected two operands for binary operator".
+ * "toInfix error: expected two operands for binary operator". XML books store the text
+ * unchecked: only "value is null" and the cell ranges of writeNum.
  *     zvSheetWriteFormulaA(sheet, 5, 0, "SUM(A1:A5)", NULL);
  *     zvSheetWriteFormulaA(sheet, 6, 0, "IF(A6>100,\"high\",\"low\")", fmt); */
 ZELVAR_API int zvSheetWriteFormulaA(SheetHandle handle, int row, int col, const char* value, FormatHandle format);
@@ -604,8 +610,11 @@ ZELVAR_API int zvSheetGetPictureW(SheetHandle handle, int index, int* rowTop, in
  *     zvSheetSetPictureA(sheet, 0, 0, id, 0.5, 0, 0); */
 ZELVAR_API void zvSheetSetPictureA(SheetHandle handle, int row, int col, int pictureId, double scale, int offsetX, int offsetY);
 ZELVAR_API void zvSheetSetPictureW(SheetHandle handle, int row, int col, int pictureId, double scale, int offsetX, int offsetY);
-/* Anchors a picture at a size in pixels; -1 keeps the natural width or height. Offsets as
- * in setPicture, with the same warnings.
+/* Anchors a picture at a size in pixels. A width or height of -1 is not the natural size
+ * (setPicture with scale 1 gives that): the anchor then ends in the last row or column of
+ * the merged block that holds the cell (or in the cell itself) with a far offset beyond that
+ * cell, which readers show in their own ways and getPicture reads back as a meaningless
+ * size. Offsets as in setPicture, with the same warnings.
  * Fails with: "pictureId is out of range", "row must be in range 0-65535", "col must be in
  * range 0-255".
  *     int id = zvBookAddPictureA(book, "logo.png");
@@ -613,7 +622,7 @@ ZELVAR_API void zvSheetSetPictureW(SheetHandle handle, int row, int col, int pic
 ZELVAR_API void zvSheetSetPicture2A(SheetHandle handle, int row, int col, int pictureId, int width, int height, int offsetX, int offsetY);
 ZELVAR_API void zvSheetSetPicture2W(SheetHandle handle, int row, int col, int pictureId, int width, int height, int offsetX, int offsetY);
 /* Row of the index-th horizontal page break (the break comes before that row); -1 on failure.
- * Fails with: "index is out of range".
+ * Fails with: "index is out of range". XML books: -1 with "ok".
  *     for (int i = 0; i < zvSheetGetHorPageBreakSizeA(sheet); ++i)
  *         printf("%d\n", zvSheetGetHorPageBreakA(sheet, i)); */
 ZELVAR_API int zvSheetGetHorPageBreakA(SheetHandle handle, int index);
@@ -625,7 +634,7 @@ ZELVAR_API int zvSheetGetHorPageBreakW(SheetHandle handle, int index);
 ZELVAR_API int zvSheetGetHorPageBreakSizeA(SheetHandle handle);
 ZELVAR_API int zvSheetGetHorPageBreakSizeW(SheetHandle handle);
 /* Column of the index-th vertical page break; -1 on failure.
- * Fails with: "index is out of range".
+ * Fails with: "index is out of range". XML books: -1 with "ok".
  *     for (int i = 0; i < zvSheetGetVerPageBreakSizeA(sheet); ++i)
  *         printf("%d\n", zvSheetGetVerPageBreakA(sheet, i)); */
 ZELVAR_API int zvSheetGetVerPageBreakA(SheetHandle handle, int index);
@@ -744,7 +753,8 @@ ZELVAR_API int zvSheetCopyCellW(SheetHandle handle, int rowSrc, int colSrc, int 
 ZELVAR_API int zvSheetFirstRowA(SheetHandle handle);
 ZELVAR_API int zvSheetFirstRowW(SheetHandle handle);
 /* One past the last row of the used range; equal to firstRow() on an empty sheet.
- * Fails with: none.
+ * Fails with: none. XML books: rows without cells count once the sheet is loaded or edited
+ * by insertRow and the like, but rows that setRowHidden or groupRows make count only then.
  *     int rows = zvSheetLastRowA(sheet) - zvSheetFirstRowA(sheet);
  *     printf("%d rows\n", rows); */
 ZELVAR_API int zvSheetLastRowA(SheetHandle handle);
@@ -1171,7 +1181,8 @@ ZELVAR_API void zvFormatSetWrapW(FormatHandle handle, int wrap);
 ZELVAR_API int zvFormatRotationA(FormatHandle handle);
 ZELVAR_API int zvFormatRotationW(FormatHandle handle);
 /* Sets the text rotation (see rotation()).
- * Fails with: "rotation must be in range 0-180 or 255"; the rotation stays as it was.
+ * Fails with: "rotation must be in range 0-180 or 255"; the rotation stays as it was. XML
+ * books: none, any value is stored.
  *     zvFormatSetRotationA(fmt, 90);
  *     if (!zvFormatSetRotationA(fmt, 200)) puts(zvBookErrorMessageA(book)); */
 ZELVAR_API int zvFormatSetRotationA(FormatHandle handle, int rotation);

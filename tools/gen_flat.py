@@ -256,9 +256,10 @@ def definition(cls, word, ret, name, params, suffix, char):
     for t, n, d in params:
         ct = c_type(t, char)
         if t == "bool*":
+            # A null pointer stays null: the interface takes it as "not wanted".
             lines.append("    bool %s_value = false;" % n)
-            call_args.append("&%s_value" % n)
-            post.append("    *%s = %s_value ? 1 : 0;" % (n, n))
+            call_args.append("%s ? &%s_value : nullptr" % (n, n))
+            post.append("    if (%s) *%s = %s_value ? 1 : 0;" % (n, n, n))
         elif t == "bool":
             call_args.append("%s != 0" % n)
         elif t.replace("const ", "") in ENUMS or t in ENUMS:

@@ -584,9 +584,9 @@ ZELVAR_API void zvSheetSetTopLeftViewA(SheetHandle handle, int row, int col) {
 ZELVAR_API void zvSheetAddrToRowColA(SheetHandle handle, const char* addr, int* row, int* col, int* rowRelative, int* colRelative) {
     bool rowRelative_value = false;
     bool colRelative_value = false;
-    reinterpret_cast<zelvar::ISheetT<char>*>(handle)->addrToRowCol(addr, row, col, &rowRelative_value, &colRelative_value);
-    *rowRelative = rowRelative_value ? 1 : 0;
-    *colRelative = colRelative_value ? 1 : 0;
+    reinterpret_cast<zelvar::ISheetT<char>*>(handle)->addrToRowCol(addr, row, col, rowRelative ? &rowRelative_value : nullptr, colRelative ? &colRelative_value : nullptr);
+    if (rowRelative) *rowRelative = rowRelative_value ? 1 : 0;
+    if (colRelative) *colRelative = colRelative_value ? 1 : 0;
 }
 ZELVAR_API const char* zvSheetRowColToAddrA(SheetHandle handle, int row, int col, int rowRelative, int colRelative) {
     return reinterpret_cast<zelvar::ISheetT<char>*>(handle)->rowColToAddr(row, col, rowRelative != 0, colRelative != 0);
@@ -920,9 +920,9 @@ ZELVAR_API void zvSheetSetTopLeftViewW(SheetHandle handle, int row, int col) {
 ZELVAR_API void zvSheetAddrToRowColW(SheetHandle handle, const wchar_t* addr, int* row, int* col, int* rowRelative, int* colRelative) {
     bool rowRelative_value = false;
     bool colRelative_value = false;
-    reinterpret_cast<zelvar::ISheetT<wchar_t>*>(handle)->addrToRowCol(addr, row, col, &rowRelative_value, &colRelative_value);
-    *rowRelative = rowRelative_value ? 1 : 0;
-    *colRelative = colRelative_value ? 1 : 0;
+    reinterpret_cast<zelvar::ISheetT<wchar_t>*>(handle)->addrToRowCol(addr, row, col, rowRelative ? &rowRelative_value : nullptr, colRelative ? &colRelative_value : nullptr);
+    if (rowRelative) *rowRelative = rowRelative_value ? 1 : 0;
+    if (colRelative) *colRelative = colRelative_value ? 1 : 0;
 }
 ZELVAR_API const wchar_t* zvSheetRowColToAddrW(SheetHandle handle, int row, int col, int rowRelative, int colRelative) {
     return reinterpret_cast<zelvar::ISheetT<wchar_t>*>(handle)->rowColToAddr(row, col, rowRelative != 0, colRelative != 0);

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Runs one program of examples/ and checks the workbook it writes with independent readers:
-python3-xlrd for content and formats, and ssconvert (gnumeric) for recalculated formulas and print
-settings. Exits 77 (skipped) when a reader the check needs is not installed.
+python3-xlrd for content and formats (and its compound-file reader for the pictures' records),
+python3-openpyxl for XML workbooks, and ssconvert (gnumeric) for recalculated formulas, print
+settings and pictures. Exits 77 (skipped) when a reader the check needs is not installed.
 
     check_examples.py <example name> <program> <scratch folder> <input workbook for edit_existing>
 """
@@ -13,12 +14,14 @@ import re
 import shutil
 import subprocess
 import sys
+import struct
 import tempfile
 
 SKIP = 77
 
 try:
     import xlrd
+    from xlrd import compdoc
 except ImportError:
     print("python3-xlrd is not installed (tools/install-deps.sh installs it): example not checked")
     sys.exit(SKIP)
@@ -45,6 +48,15 @@ def need_ssconvert():
     if not shutil.which("ssconvert"):
         print("ssconvert is not installed (tools/install-deps.sh installs gnumeric): example not checked")
         sys.exit(SKIP)
+
+
+def need_openpyxl():
+    try:
+        import openpyxl
+    except ImportError:
+        print("python3-openpyxl is not installed (tools/install-deps.sh installs it): example not checked")
+        sys.exit(SKIP)
+    return openpyxl
 
 
 def recalculated(path, scratch):
@@ -96,11 +108,7 @@ def check_quickstart(path, scratch):
 
 
 def check_quickstart_xlsx(path, scratch):
-    try:
-        import openpyxl
-    except ImportError:
-        print("python3-openpyxl is not installed (tools/install-deps.sh installs it): example not checked")
-        sys.exit(SKIP)
+    openpyxl = need_openpyxl()
     book = openpyxl.load_workbook(path)
     sheet = book["Sales"]
     rows = list(sheet.iter_rows(values_only=True))
@@ -254,6 +262,130 @@ def check_invoice_c(path, scratch):
     near(float(table[6][3].replace(",", "").split()[0]), 12 * 95.0 + 240.5 + 3 * 149.0, "recalculated total", 1e-6)
 
 
+def biff_records(data):
+    """(id, body) of each record of a BIFF stream, CONTINUE records left as they are."""
+    pos = 0
+    while pos + 4 <= len(data):
+        rid, size = struct.unpack_from("<HH", data, pos)
+        yield rid, data[pos + 4:pos + 4 + size]
+        pos += 4 + size
+
+
+def workbook_stream(path):
+    with open(path, "rb") as f:
+        doc = compdoc.CompDoc(f.read(), logfile=open(os.devnull, "w"))
+    return doc.get_named_stream("Workbook")
+
+
+# The logo of examples/pictures.cpp: a 32x16 PNG.
+PNG_SIGNATURE = b"\x89PNG\r\n\x1a\n"
+LOGO_HEADER = PNG_SIGNATURE + b"\x00\x00\x00\x0dIHDR\x00\x00\x00\x20\x00\x00\x00\x10"
+MSODRAWINGGROUP, MSODRAWING, OBJ, CONTINUE = 0x00EB, 0x00EC, 0x005D, 0x003C
+OBJ_PICTURE = 8
+
+
+def check_picture_bounds(path, scratch):
+    """The cells each picture covers, as ssconvert sees them (when it is installed)."""
+    if shutil.which("ssconvert"):
+        bounds = re.findall(r'<gnm:SheetObjectImage [^>]*ObjectBound="([A-Z0-9:]+)"', gnumeric_xml(path, scratch))
+        equal(sorted(bounds), ["A1", "B3:F6", "B9:C9"], "cells the pictures cover, as ssconvert sees them")
+
+
+def check_pictures(path, scratch):
+    book = xlrd.open_workbook(path)
+    equal(book.sheet_by_index(0).cell_value(0, 1), "Company catalogue", "title")
+    # The store: the drawing group record (and its CONTINUE records) holds both copies of the logo.
+    records = list(biff_records(workbook_stream(path)))
+    group = b""
+    for k, (rid, body) in enumerate(records):
+        if rid == MSODRAWINGGROUP:
+            group += body
+            for rid2, body2 in records[k + 1:]:
+                if rid2 != CONTINUE:
+                    break
+                group += body2
+            break
+    equal(group.count(LOGO_HEADER), 2, "copies of the logo in the drawing group")
+    # The sheet: three objects of the picture kind, each with its drawing record.
+    pictures = [body for rid, body in records if rid == OBJ and struct.unpack_from("<HHH", body)[2] == OBJ_PICTURE]
+    equal(len(pictures), 3, "picture objects on the sheet")
+    expect(sum(1 for rid, _ in records if rid == MSODRAWING) >= 3, "drawing records of the pictures")
+    check_picture_bounds(path, scratch)
+
+
+def check_pictures_xlsx(path, scratch):
+    import zipfile
+    openpyxl = need_openpyxl()
+    from openpyxl.drawing.spreadsheet_drawing import SpreadsheetDrawing
+    from openpyxl.packaging.relationship import get_dependents, get_rels_path
+    from openpyxl.xml.functions import fromstring
+    book = openpyxl.load_workbook(path)
+    equal(book["Catalogue"].cell(1, 2).value, "Company catalogue", "title")
+    # openpyxl keeps pictures only with Pillow installed; its drawing reader sees them either way.
+    archive = zipfile.ZipFile(path)
+    worksheet = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/worksheet"
+    sheet_part = next(get_dependents(archive, "xl/_rels/workbook.xml.rels").find(worksheet)).target
+    drawings = [rel.target for rel in get_dependents(archive, get_rels_path(sheet_part)).find(SpreadsheetDrawing._rel_type)]
+    equal(len(drawings), 1, "drawing parts of the sheet")
+    drawing = SpreadsheetDrawing.from_tree(fromstring(archive.read(drawings[0])))
+    media = get_dependents(archive, get_rels_path(drawings[0]))
+    cells = []
+    for rel in drawing._blip_rels:
+        expect(archive.read(media[rel.embed].target).startswith(LOGO_HEADER), "the picture is the logo")
+        cells.append((rel.anchor._from.row, rel.anchor._from.col))
+    equal(cells, [(0, 0), (2, 1), (8, 1)], "top left cells of the pictures")
+    equal(drawing._blip_rels[0].anchor._from.colOff, 4 * 9525, "the first picture's offset, in EMU")
+    images = book["Catalogue"]._images
+    expect(len(images) in (0, 3), "pictures openpyxl keeps: %d" % len(images))
+    check_picture_bounds(path, scratch)
+
+
+def check_comments(path, scratch):
+    book = xlrd.open_workbook(path, formatting_info=True)
+    sheet = book.sheet_by_name("Review")
+    notes = {cell: (note.author, note.text) for cell, note in sheet.cell_note_map.items()}
+    equal(sorted(notes), [(0, 1), (1, 1), (2, 1), (3, 0)], "cells with a note")
+    equal(notes[(0, 1)], ("Pricing", "Prices per 250 g, tax included."), "first note")
+    equal(notes[(1, 1)], ("Pricing", "Grüner Tee, loose leaf."), "the replaced note")
+    equal(notes[(2, 1)], ("Purchasing", "Up from 6.90 in March.\nCheck again after the next delivery."),
+          "two-line note")
+    expect(notes[(3, 0)][0], "a default author")
+    equal(sheet.cell_value(2, 1), 7.25, "the cell under a note")
+
+
+def check_both_families(paths, scratch):
+    xls, xlsx = paths
+    rows = [["Müller & Co", (2026, 11, 3), 12.0, 1140.0], ["Northwind", (2026, 11, 11), 4.0, 522.5],
+            ["Atelier Zoé", (2026, 11, 24), 30.0, 2847.9]]
+    book = xlrd.open_workbook(xls, formatting_info=True)
+    sheet = book.sheet_by_name("Orders")
+    equal(sheet.merged_cells, [(0, 1, 0, 4)], "binary: title merged over A1:D1")
+    equal(sheet.row_values(1), ["Customer", "Date", "Quantity", "Amount"], "binary: header")
+    for i, (customer, day, quantity, amount) in enumerate(rows):
+        values = sheet.row_values(2 + i)
+        equal([values[0], xlrd.xldate_as_tuple(values[1], book.datemode)[:3]] + values[2:], [customer, day, quantity, amount],
+              "binary: order %d" % (i + 1))
+    equal(sheet.nrows, 6, "binary: nothing past the total row")
+    expect(font_of(book, sheet, 1, 0).weight >= 700, "binary: bold header")
+    equal(sorted(sheet.cell_note_map), [(2, 0)], "binary: the comment")
+    totals = recalculated(xls, scratch)[0][5][2:4]
+    near(float(totals[0]), 46, "binary: recalculated quantity")
+    near(float(totals[1]), 4510.4, "binary: recalculated amount", 1e-6)
+
+    openpyxl = need_openpyxl()
+    sheet = openpyxl.load_workbook(xlsx)["Orders"]
+    equal([str(m) for m in sheet.merged_cells.ranges], ["A1:D1"], "XML: title merged over A1:D1")
+    equal([c.value for c in sheet[2]], ["Customer", "Date", "Quantity", "Amount"], "XML: header")
+    for i, (customer, day, quantity, amount) in enumerate(rows):
+        values = [c.value for c in sheet[3 + i]]
+        equal([values[0], values[1].timetuple()[:3]] + values[2:], [customer, day, quantity, amount],
+              "XML: order %d" % (i + 1))
+    equal(sheet.max_row, 6, "XML: nothing past the total row")
+    expect(sheet.cell(2, 1).font.b, "XML: bold header")
+    equal((sheet["C6"].value, sheet["D6"].value), ("=SUM(C3:C5)", "=SUM(D3:D5)"), "XML: total formulas")
+    expect(sheet["A3"].comment is None, "XML: no comment")
+
+
 def main(argv):
     name, program, scratch_root, edit_input = argv[1:5]
     os.makedirs(scratch_root, exist_ok=True)
@@ -261,7 +393,13 @@ def main(argv):
     try:
         # "<program>_xlsx" runs the same program with an .xlsx path: the XML family.
         out = os.path.join(scratch, name[:-5] + ".xlsx") if name.endswith("_xlsx") else os.path.join(scratch, name + ".xls")
-        args = [program, edit_input, out] if name == "edit_existing" else [program, out]
+        if name == "edit_existing":
+            args = [program, edit_input, out]
+        elif name == "both_families":
+            out = [out, out + "x"]
+            args = [program] + out
+        else:
+            args = [program, out]
         run = subprocess.run(args, capture_output=True, text=True, timeout=240)
         sys.stdout.write(run.stdout)
         if run.returncode != 0:

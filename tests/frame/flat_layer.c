@@ -81,9 +81,26 @@ static void wideBook(void) {
     zvBookReleaseW(book);
 }
 
+/* Fault: the flat addrToRowCol wrote through its relative pointers without looking, so the
+ * header's own example, which passes NULL for them, crashed. */
+static void addrToRowColTakesNullRelativePointers(void) {
+    BookHandle book = zvCreateBookA();
+    BookHandle wide = zvCreateBookW();
+    SheetHandle sheet = zvBookAddSheetA(book, "Addresses", NULL);
+    SheetHandle wideSheet = zvBookAddSheetW(wide, L"Addresses", NULL);
+    int row = -1, col = -1, colRel = -1;
+    zvSheetAddrToRowColA(sheet, "$B3", &row, &col, NULL, NULL);
+    CHECK(row == 2 && col == 1);
+    zvSheetAddrToRowColW(wideSheet, L"D$9", &row, &col, NULL, &colRel);
+    CHECK(row == 8 && col == 3 && colRel == 1);
+    zvBookReleaseA(book);
+    zvBookReleaseW(wide);
+}
+
 int main(void) {
     narrowBook();
     wideBook();
+    addrToRowColTakesNullRelativePointers();
     if (failures) fprintf(stderr, "%d checks failed\n", failures);
     return failures ? 1 : 0;
 }
