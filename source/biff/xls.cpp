@@ -38,7 +38,7 @@ void put64(std::string& out, uint64_t v) {
 }
 uint32_t ceilDiv(uint64_t a, uint64_t b) { return static_cast<uint32_t>((a + b - 1) / b); }
 
-bool isNamed(const DirEntry& entry, const wchar_t* name) { return sicmp(entry.nameText(), name) == 0; }
+bool isNamed(const DirEntry& entry, const wchar_t* name) { return sicmp(entry.nameText(), name); }
 
 }  // namespace
 
