@@ -1,40 +1,15 @@
 // Packages that the fuzzer found faults with, kept under tests/data/xlsx as fuzz-<fault>.xlsx:
 // each must load or fail with a message, and a book that loads must save and load again.
-#include <dirent.h>
-
-#include <fstream>
-#include <sstream>
-
+#include "../biff/fuzz_inputs.h"
 #include "xml_test_util.h"
 
 using namespace zelvar;
 using namespace xmltest;
 
-namespace {
-
-std::vector<std::string> fuzzFiles() {
-    std::vector<std::string> files;
-    std::string dir = std::string(ZELVAR_SOURCE_DIR) + "/tests/data/xlsx";
-    if (DIR* d = opendir(dir.c_str())) {
-        while (dirent* e = readdir(d)) {
-            std::string name = e->d_name;
-            if (name.rfind("fuzz-", 0) == 0) files.push_back(dir + "/" + name);
-        }
-        closedir(d);
-    }
-    return files;
-}
-
-}  // namespace
-
 TEST(XlsxFuzzRegressions, EveryFindingLoadsOrFailsCleanly) {
-    auto files = fuzzFiles();
-    ASSERT_FALSE(files.empty());
-    for (const auto& path : files) {
-        std::ifstream f(path, std::ios::binary);
-        std::stringstream s;
-        s << f.rdbuf();
-        std::string bytes = s.str();
+    auto inputs = fuzzInputs("xlsx");
+    ASSERT_FALSE(inputs.empty());
+    for (const auto& [path, bytes] : inputs) {
         BookPtr<char> book = newXmlBook<char>();
         if (!book->loadRaw(bytes.data(), static_cast<unsigned>(bytes.size()))) {
             EXPECT_STRNE("ok", book->errorMessage()) << path;
