@@ -21,7 +21,7 @@ const uint8_t kSignature[8] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
 
 uint32_t ceilDiv(uint64_t a, uint64_t b) { return static_cast<uint32_t>((a + b - 1) / b); }
 
-bool isNamed(const DirEntry& entry, const wchar_t* name) { return sicmp(entry.nameText(), name) == 0; }
+bool isNamed(const DirEntry& entry, const wchar_t* name) { return sicmp(entry.nameText(), name); }
 
 }  // namespace
 

@@ -230,7 +230,7 @@ ISheetT<T>* BookImplT<T>::insertSheet(int index, const T* name, ISheetT<T>* init
         std::unique_ptr<SheetImplT<T>> sheet(source ? new SheetImplT<T>(*source) : new SheetImplT<T>(this));
         cut = sheet->storeName(name);
         for (SheetImplT<T>* s : _sheets)
-            if (sicmp(sheet->nameRef(), s->nameRef()) == 0) throw zverror("book already contains such sheet name");
+            if (sicmp(sheet->nameRef(), s->nameRef())) throw zverror("book already contains such sheet name");
         if (source) {
             sheet->retainStrings();
             // The copy's pictures are further uses of the pictures of the store.

@@ -60,7 +60,7 @@ void BookImplT<T>::getIndexesByName(const std::wstring& quoted, int& first, int&
     }
     auto find = [&](const std::wstring& wanted) {
         for (size_t i = 0; i < _sheets.size(); ++i)
-            if (sicmp(_sheets[i]->nameRef(), wanted) == 0) return static_cast<int>(i);
+            if (sicmp(_sheets[i]->nameRef(), wanted)) return static_cast<int>(i);
         return -1;
     };
     size_t colon = name.find(L':');

@@ -234,7 +234,14 @@ char* tc(const wchar_t* text, MemPool* pool, bool utf8, char*) {
     return block;
 }
 
-int sicmp(const std::wstring& a, const std::wstring& b) {
+bool sicmp(const std::wstring& a, const std::wstring& b) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i)
+        if (std::towlower(static_cast<wint_t>(a[i])) != std::towlower(static_cast<wint_t>(b[i]))) return false;
+    return true;
+}
+
+int sicmp2(const std::wstring& a, const std::wstring& b) {
     size_t n = a.size() < b.size() ? a.size() : b.size();
     for (size_t i = 0; i < n; ++i) {
         wint_t x = std::towlower(static_cast<wint_t>(a[i]));

@@ -98,7 +98,16 @@ inline void toWide(const char* text, bool utf8, std::wstring& out) {
 }
 inline void toWide(const wchar_t* text, bool, std::wstring& out) { out.assign(text); }
 
-// Case-insensitive comparison of wide names after towlower.
-int sicmp(const std::wstring& a, const std::wstring& b);
+// Names that differ only in case are the same name: true when both have the same length and
+// agree code unit by code unit after towlower.
+bool sicmp(const std::wstring& a, const std::wstring& b);
+// The ordering that goes with sicmp: code unit by code unit after towlower, then by length (a
+// prefix first). Negative, zero or positive.
+int sicmp2(const std::wstring& a, const std::wstring& b);
+
+// Ordering of package paths and other names in which case makes no difference.
+struct CaseInsensitiveLess {
+    bool operator()(const std::wstring& a, const std::wstring& b) const { return sicmp2(a, b) < 0; }
+};
 
 }  // namespace zelvar

@@ -77,9 +77,13 @@ bool iequals(const std::string& a, const char* b) {
     return true;
 }
 
-// Entity expansion may add at most this much beyond the size of the input, so that nested
-// definitions can't blow a small document up to gigabytes.
-const size_t entity_budget_base = 4u << 20;
+// Entity expansion may add at most this much beyond twice the size of the input, so that nested
+// definitions can't blow a small document up to gigabytes. The allowance is per document and a
+// package holds many, so it stays small: a package's expansions then follow its own size.
+const size_t entity_budget_base = 64u << 10;
+// Each expansion is charged this much beyond its text: looking an entity up is work even when
+// its text is empty, and nested empty entities would otherwise expand billions of times for free.
+const size_t entity_expansion_cost = 16;
 const int max_entity_depth = 32;
 
 }  // namespace
@@ -853,8 +857,9 @@ bool c_xml::decode_reference(const char*& p, const char* end, elmx_whitespace mo
         if (open == entity) return fail(ELMX_BAD_DTD, "Recursive entity definition for: " + entity);
     if (depth >= max_entity_depth) return fail(ELMX_UNEXPECTED_ENTITY, "Entities nested too deeply: " + entity);
     const std::string& text = it->second;
-    if (text.size() > m_entity_budget) return fail(ELMX_UNEXPECTED_ENTITY, "Entity expansion too large: " + entity);
-    m_entity_budget -= text.size();
+    const size_t cost = text.size() + entity_expansion_cost;
+    if (cost > m_entity_budget) return fail(ELMX_UNEXPECTED_ENTITY, "Entity expansion too large: " + entity);
+    m_entity_budget -= cost;
     m_expanding.push_back(entity);
     bool ok = decode_run(text.data(), text.data() + text.size(), mode, out, ws, depth + 1);
     m_expanding.pop_back();

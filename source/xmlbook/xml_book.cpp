@@ -116,7 +116,7 @@ void XMLBookImplT<T, Tag>::load(ZipReader& reader) {
     const std::wstring typesName = L"/[Content_Types].xml";
     for (unsigned i = 0; i < count && !_contentTypes; ++i) {
         std::wstring name = reader.name(i);
-        if (sicmp(name, typesName) != 0) continue;
+        if (!sicmp(name, typesName)) continue;
         BlockHolder block;
         reader.data(i, &block.data, &block.size);
         _contentTypes = new ContentTypes(block.data, block.size);
@@ -127,7 +127,7 @@ void XMLBookImplT<T, Tag>::load(ZipReader& reader) {
     std::wstring workbookPath;
     for (unsigned i = 0; i < count; ++i) {
         std::wstring name = reader.name(i);
-        if (sicmp(name, typesName) == 0) continue;
+        if (sicmp(name, typesName)) continue;
         std::wstring type = _contentTypes->contentType(name);
         if (type.empty()) continue;
         BlockHolder block;
@@ -450,7 +450,7 @@ template <class T, class Tag>
 ISheetT<T>* XMLBookImplT<T, Tag>::insertSheetWide(int index, std::wstring name, bool cut, ISheetT<T>* initSheet) {
     auto& sheets = this->tree.get_sheets();
     for (size_t i = 0; i < sheets.size_sheet(); ++i)
-        if (sicmp(sheets.get_sheet(i).get_name(), name) == 0) throw zverror("book already contains such sheet name");
+        if (sicmp(sheets.get_sheet(i).get_name(), name)) throw zverror("book already contains such sheet name");
     if (!_bookRels || !_contentTypes) throw zverror("workbook relationships not found");
     const Sheet* source = nullptr;
     if (initSheet) {

@@ -77,7 +77,7 @@ bool XMLSheetImplT<T, Tag>::getNamedRange(const T* name, int* rowFirst, int* row
         for (size_t i = 0; i < names.size_definedName(); ++i) {
             auto& entry = names.get_definedName(i);
             std::wstring left, right;
-            if (sicmp(entry.get_name(), wide) != 0 || !StrUtil::split(entry.get_value(), L'!', left, right)) continue;
+            if (!sicmp(entry.get_name(), wide) || !StrUtil::split(entry.get_value(), L'!', left, right)) continue;
             if (StrUtil::unquote(left) != sheetName) continue;
             bool skipped = false;
             readArea(right, rowFirst, rowLast, colFirst, colLast, &skipped);

@@ -206,6 +206,4 @@ bool FileUtil::fileExists(const std::wstring& path) {
     return ::stat(narrow.c_str(), &info) == 0;
 }
 
-int sicmp2(const std::wstring& a, const std::wstring& b) { return sicmp(a, b); }
-
 }  // namespace zelvar

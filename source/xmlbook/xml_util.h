@@ -1,5 +1,5 @@
 // Text helpers of the XML workbook: numbers as text, the escapes of cell text, quoting, package
-// paths, and the case-blind ordering of part names.
+// paths.
 #pragma once
 #include <string>
 #include <vector>
@@ -50,14 +50,6 @@ struct FileUtil {
     static void pathSplit(const std::wstring& path, std::wstring& dir, std::wstring& name);
     static std::wstring getDir(const std::wstring& path);
     static bool fileExists(const std::wstring& path);
-};
-
-// Compares after towlower, code unit by code unit, then by length (a prefix first); names are
-// equal for sicmp(a, b) == 0.
-int sicmp2(const std::wstring& a, const std::wstring& b);
-
-struct CaseInsensitiveLess {
-    bool operator()(const std::wstring& a, const std::wstring& b) const { return sicmp2(a, b) < 0; }
 };
 
 }  // namespace zelvar

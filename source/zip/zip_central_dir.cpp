@@ -83,10 +83,15 @@ void CZipCentralDir::Read() {
     std::sort(m_headers.begin(), m_headers.end(), [](const CZipFileHeader& a, const CZipFileHeader& b) {
         return a.m_uDiskStart != b.m_uDiskStart ? a.m_uDiskStart < b.m_uDiskStart : a.m_uOffset < b.m_uOffset;
     });
-    for (size_t i = 1; i < m_headers.size(); ++i)
-        if (m_headers[i].m_uDiskStart == m_headers[i - 1].m_uDiskStart &&
-            m_headers[i].m_uOffset == m_headers[i - 1].m_uOffset)
+    // Entries may not share bytes: one whose data run into the next entry's header would let a
+    // small archive inflate the same data again and again (an overlapping ZIP bomb). The local
+    // header is at least kLocalSize bytes, so this bound never rejects entries that don't overlap.
+    for (size_t i = 1; i < m_headers.size(); ++i) {
+        const CZipFileHeader& before = m_headers[i - 1];
+        if (m_headers[i].m_uDiskStart == before.m_uDiskStart &&
+            before.m_uOffset + CZipFileHeader::kLocalSize + before.m_uComprSize > m_headers[i].m_uOffset)
             damaged();
+    }
     m_info.m_bInArchive = true;
 }
 

@@ -2,38 +2,13 @@
 // that loads must save.
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-
-#include <fstream>
-#include <sstream>
-#include <string>
-#include <vector>
-
+#include "fuzz_inputs.h"
 #include "zelvar.h"
 
-namespace {
-std::vector<std::string> fuzzFiles() {
-    std::vector<std::string> files;
-    std::string dir = std::string(ZELVAR_SOURCE_DIR) + "/tests/data/biff";
-    if (DIR* d = opendir(dir.c_str())) {
-        while (dirent* e = readdir(d)) {
-            std::string name = e->d_name;
-            if (name.rfind("fuzz-", 0) == 0) files.push_back(dir + "/" + name);
-        }
-        closedir(d);
-    }
-    return files;
-}
-}  // namespace
-
 TEST(XlsFuzzRegressions, EveryFindingLoadsOrFailsCleanly) {
-    auto files = fuzzFiles();
-    ASSERT_FALSE(files.empty());
-    for (const auto& path : files) {
-        std::ifstream f(path, std::ios::binary);
-        std::stringstream s;
-        s << f.rdbuf();
-        std::string bytes = s.str();
+    auto inputs = fuzzInputs("biff");
+    ASSERT_FALSE(inputs.empty());
+    for (const auto& [path, bytes] : inputs) {
         zelvar::IBookT<char>* book = zvCreateBookA();
         if (book->loadRaw(bytes.data(), static_cast<unsigned>(bytes.size()))) {
             const char* data = nullptr;

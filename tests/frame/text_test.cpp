@@ -110,9 +110,30 @@ TEST(Text, ReadStrInTheCLocaleReplacesUnmappedCharacters) {
 }
 
 TEST(Text, CaseInsensitiveNames) {
-    EXPECT_EQ(0, sicmp(L"Sheet1", L"sHEET1"));
-    EXPECT_LT(sicmp(L"a", L"B"), 0);
-    EXPECT_GT(sicmp(L"ab", L"A"), 0);
+    // sicmp is the equality test, sicmp2 the ordering, CaseInsensitiveLess its "less than".
+    const struct {
+        const wchar_t *a, *b;
+        bool equal;
+        int order;  // sign of sicmp2(a, b)
+    } cases[] = {
+        {L"Sheet1", L"sHEET1", true, 0},
+        {L"", L"", true, 0},
+        {L"a", L"B", false, -1},
+        {L"ab", L"A", false, 1},          // a prefix sorts first
+        {L"ab", L"Ab ", false, -1},       // lengths differ: never equal
+        {L"[Content_Types].xml", L"[CONTENT_TYPES].XML", true, 0},
+        {L"/[Content_Types].xml", L"/_rels/.rels", false, -1},  // '[' < '_' once lowered
+        {L"Z", L"a", false, 1},           // by lowered code units, not by raw ones
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.a << " / " << c.b);
+        EXPECT_EQ(c.equal, sicmp(c.a, c.b));
+        EXPECT_EQ(c.equal, sicmp(c.b, c.a));
+        int order = sicmp2(c.a, c.b);
+        EXPECT_EQ(c.order, (order > 0) - (order < 0));
+        EXPECT_EQ(-c.order, (sicmp2(c.b, c.a) > 0) - (sicmp2(c.b, c.a) < 0));
+        EXPECT_EQ(c.order < 0, CaseInsensitiveLess()(c.a, c.b));
+    }
 }
 
 TEST(ExcelUtil, AddressesAndLimits) {

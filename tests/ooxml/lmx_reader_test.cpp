@@ -407,3 +407,20 @@ TEST(LmxReader, HostileInput) {
             read_sheet(bad);
         }
 }
+
+// Found by fuzzing: empty entities nested four to a level expand to nothing at all, but each
+// reference still costs a look-up; 4^8 of them for one reference used to be free.
+TEST(LmxReader, EmptyEntitiesExpandedExponentially) {
+    std::string empty = "<!DOCTYPE w [<!ENTITY e0 ''>";
+    for (int i = 1; i <= 8; ++i) {
+        std::string ref = "&e" + std::to_string(i - 1) + ";";
+        empty += "<!ENTITY e" + std::to_string(i) + " '" + ref + ref + ref + ref + "'>";
+    }
+    read_result nothing = read_sheet(empty + "]>" + sheet("<sheetData><row><c><v>1&e8;</v></c></row></sheetData>"));
+    EXPECT_EQ(nothing.code, ELMX_UNEXPECTED_ENTITY);
+    EXPECT_EQ(nothing.debug.item_name.rfind("Entity expansion too large: ", 0), 0u) << nothing.debug.item_name;
+    // A few levels of the same stay well inside what a document may expand.
+    EXPECT_EQ(read_sheet(empty.substr(0, empty.find("<!ENTITY e4")) + "]>" +
+                         sheet("<sheetData><row><c><v>1&e3;</v></c></row></sheetData>")).code,
+              ELMX_OK);
+}

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "xml_test_util.h"
+#include "zip/zip_bytes.h"
 
 using namespace zelvar;
 using namespace xmltest;
@@ -92,6 +93,71 @@ TEST(XmlPackage, BadInputGivesMessages) {
     std::string bomb = makePackage({{"[Content_Types].xml", laughs}});
     EXPECT_FALSE(book->loadRaw(bomb.data(), static_cast<unsigned>(bomb.size())));
     EXPECT_STRNE(book->errorMessage(), "ok");
+}
+
+// Sets the uncompressed size that one entry states, in its central and its local header.
+std::string withStatedSize(std::string zip, const std::string& name, uint32_t size) {
+    using namespace zipbytes;
+    auto u = [&](size_t at) { return reinterpret_cast<unsigned char*>(&zip[at]); };
+    size_t end = zip.rfind(std::string("PK\x05\x06", 4));
+    size_t p = get32(u(end + 16));
+    for (unsigned i = 0, n = get16(u(end + 10)); i < n; ++i) {
+        unsigned nameSize = get16(u(p + 28));
+        if (zip.compare(p + 46, nameSize, name) == 0) {
+            put32(u(p + 24), size);
+            put32(u(get32(u(p + 42)) + 22), size);
+        }
+        p += 46 + nameSize + get16(u(p + 30)) + get16(u(p + 32));
+    }
+    return zip;
+}
+
+// Hostile packages are refused with the message of the layer that catches them, before they
+// take memory or time out of proportion to their size.
+TEST(XmlPackage, HostilePackagesAreRefused) {
+    BookPtr<char> made = newXmlBook<char>();
+    made->addSheet("S")->writeStr(0, 0, "text");
+    auto parts = savedEntries(made.get());
+    const std::string sheetName = "xl/worksheets/sheet1.xml";
+    const std::string open = "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"><sheetData>";
+    std::string laughs = "<?xml version=\"1.0\"?><!DOCTYPE worksheet [<!ENTITY l0 \"lollollollollollollollollollol\">";
+    for (int i = 1; i < 10; ++i) {
+        laughs += "<!ENTITY l" + std::to_string(i) + " \"";
+        for (int k = 0; k < 10; ++k) laughs += "&l" + std::to_string(i - 1) + ";";
+        laughs += "\">";
+    }
+    laughs += "]>" + open + "<row r=\"1\"><c r=\"A1\" t=\"str\"><v>&l9;</v></c></row></sheetData></worksheet>";
+    std::string deep = open;
+    for (int i = 0; i < 100000; ++i) deep += "<x>";
+
+    auto withSheet = [&](const std::string& xml) {
+        auto copy = parts;
+        copy[sheetName] = xml;
+        return makePackage(copy);
+    };
+    const std::string good = makePackage(parts);
+    const struct {
+        const char* what;
+        std::string package;
+        const char* message;
+    } cases[] = {
+        {"billion laughs", withSheet(laughs), "Unexpected entity"},
+        {"deep nesting", withSheet(deep), "XML badly formed"},
+        // A bomb states the size its data inflate to; more than deflate can give from the
+        // entry's bytes is refused before anything is allocated.
+        {"size beyond what the data can inflate to", withStatedSize(good, sheetName, 0x7FFFFFF0), "Damaged or not a zip file."},
+        {"size below what the data inflate to", withStatedSize(good, sheetName, 16), "Crc is mismatched."},
+        {"size of all ones", withStatedSize(good, sheetName, 0xFFFFFFFF), "incorrect file size in archive"},
+    };
+    for (const auto& c : cases) {
+        BookPtr<char> book = newXmlBook<char>();
+        EXPECT_FALSE(book->loadRaw(c.package.data(), static_cast<unsigned>(c.package.size()))) << c.what;
+        EXPECT_STREQ(book->errorMessage(), c.message) << c.what;
+        // The book still answers.
+        EXPECT_NE(book->addFormat(), nullptr) << c.what;
+    }
+    BookPtr<char> book = newXmlBook<char>();
+    EXPECT_TRUE(book->loadRaw(good.data(), static_cast<unsigned>(good.size()))) << book->errorMessage();
 }
 
 TEST(XmlPackage, UnknownPartsComeBackByteForByteAndPartsWithoutTypeAreDropped) {

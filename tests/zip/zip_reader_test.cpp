@@ -386,6 +386,83 @@ TEST(ZipReader, DamagedEntriesFailWithTheEngineTexts) {
     EXPECT_EQ(errorOf(allOnes), "incorrect file size in archive");
 }
 
+// A stored entry whose data are the bytes of the next entry's header and data: the classic
+// overlapping ZIP bomb repeats this so that a small archive inflates one kernel many times.
+TEST(ZipReader, OverlappingEntriesAreDamage) {
+    auto local = [](const std::string& name, const std::string& data) {
+        std::string h;
+        append32(h, 0x04034B50);
+        append16(h, 20);
+        append16(h, 0);
+        append16(h, 0);  // stored
+        append32(h, 0);  // time and date
+        append32(h, crc32(0, reinterpret_cast<const Bytef*>(data.data()), data.size()));
+        append32(h, static_cast<uint32_t>(data.size()));
+        append32(h, static_cast<uint32_t>(data.size()));
+        append16(h, static_cast<uint32_t>(name.size()));
+        append16(h, 0);
+        return h + name + data;
+    };
+    auto central = [](const std::string& localEntry, uint32_t offset) {
+        std::string h;
+        append32(h, 0x02014B50);
+        append16(h, 20);
+        h += localEntry.substr(4, 26);  // version needed to name length, as in the local header
+        append16(h, 0);                 // comment length
+        append16(h, 0);                 // disk
+        append16(h, 0);                 // internal attributes
+        append32(h, 0);                 // external attributes
+        append32(h, offset);
+        return h + localEntry.substr(30, get16(reinterpret_cast<const unsigned char*>(localEntry.data()) + 26));
+    };
+    auto archive = [](const std::string& entries, const std::string& directory, unsigned count) {
+        std::string end;
+        append32(end, 0x06054B50);
+        append32(end, 0);
+        append16(end, count);
+        append16(end, count);
+        append32(end, static_cast<uint32_t>(directory.size()));
+        append32(end, static_cast<uint32_t>(entries.size()));
+        append16(end, 0);
+        return entries + directory + end;
+    };
+    std::string inner = local("b.xml", std::string(200, 'b'));
+    std::string outer = local("a.xml", inner);  // a's data quote all of b
+    // Alone, the outer entry is an ordinary entry whose data happen to look like a header.
+    Listing alone = readMemory(archive(outer, central(outer, 0), 1));
+    ASSERT_EQ(alone.bytes.size(), 1u);
+    EXPECT_EQ(alone.bytes[0], inner);
+    // Listing the quoted header as an entry of its own makes the two share bytes.
+    std::string both = central(outer, 0) + central(inner, 30 + 5);
+    EXPECT_EQ(errorOf(archive(outer, both, 2)), kDamaged);
+    // Side by side they don't, and both read.
+    std::string apart = local("a.xml", "aaaa") + inner;
+    Listing two = readMemory(archive(apart, central(local("a.xml", "aaaa"), 0) + central(inner, 30 + 5 + 4), 2));
+    ASSERT_EQ(two.bytes.size(), 2u);
+    EXPECT_EQ(two.bytes[1], std::string(200, 'b'));
+}
+
+// Sizes stated in the headers bound what an entry may take, whatever its data would inflate to.
+TEST(ZipReader, StatedSizesBoundTheInflatedData) {
+    // Zeros deflate about a thousand to one, just inside what deflate can do: a real entry of
+    // that ratio reads.
+    std::string zeros(4 << 20, '\0');
+    std::string zip = writeMemory({{"zeros.bin", zeros}});
+    ASSERT_LT(zip.size(), zeros.size() / 500);
+    EXPECT_EQ(readMemory(zip).bytes[0].size(), zeros.size());
+    auto positions = centralPositions(zip);
+    // Stating less than the data inflate to: extraction stops at the stated size and fails.
+    std::string smaller = zip;
+    put32(at(smaller, positions[0] + 24), 4096);
+    put32(at(smaller, 22), 4096);
+    EXPECT_EQ(errorOf(smaller), "Crc is mismatched.");
+    // Stating more than the compressed bytes can hold is refused before any memory is taken.
+    std::string larger = zip;
+    put32(at(larger, positions[0] + 24), 0xF0000000);
+    put32(at(larger, 22), 0xF0000000);
+    EXPECT_EQ(errorOf(larger), kDamaged);
+}
+
 TEST(ZipReader, EdgesOfTheInterface) {
     std::string zip = threeEntries();
     zelvar::ZipReader reader(zip.data(), static_cast<unsigned>(zip.size()));
