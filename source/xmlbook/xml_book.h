@@ -94,7 +94,7 @@ public:
     int calcLastRow() const;
     int calcFirstCol() const;
     int calcLastCol() const;
-    void save(std::string& out) override;
+    void prepareSave() override;
 
     // ---- ISheetT
     int cellType(int row, int col) const override;

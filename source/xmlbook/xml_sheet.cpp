@@ -432,7 +432,7 @@ int XMLSheetImplT<T, Tag>::lastCol() const {
 }
 
 template <class T, class Tag>
-void XMLSheetImplT<T, Tag>::save(std::string& out) {
+void XMLSheetImplT<T, Tag>::prepareSave() {
     auto& sheet = this->tree;
     if (sheet.isset_sheetFormatPr()) sheet.get_sheetFormatPr().any_attributes().clear();
     if (sheet.isset_sheetData()) {
@@ -449,7 +449,6 @@ void XMLSheetImplT<T, Tag>::save(std::string& out) {
     if (!sheet.isset_sheetFormatPr()) sheet.get_sheetFormatPr().set_defaultRowHeight(15.0);
     // A worksheet part without sheetData breaks the schema; a sheet without cells still has one.
     sheet.get_sheetData();
-    XmlFile<typename X::Worksheet>::save(out);
 }
 
 // ---------------------------------------------------------------- typed cells
