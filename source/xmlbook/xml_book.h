@@ -253,6 +253,7 @@ private:
     int _index = -1;
     mutable XMLDimensions _dim;
     mutable bool _dimDirty = false;
+    std::wstring _textScratch;  // text on its way to the shared strings, kept to reuse its memory
 };
 
 // A picture of the package: its bytes, the extension of its part and the part's path.

@@ -547,10 +547,10 @@ template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::writeStr(int row, int col, const T* value, IFormatT<T>* format) {
     XS_BEGIN
     if (!value) throw zverror("value is null");
-    std::wstring text;
-    toWide(value, utf8(), text);
+    toWide(value, utf8(), _textScratch);
     Cell* cell = write(row, col, format, true);
-    unsigned index = _book->sharedStrings()->addString(std::move(text));
+    unsigned index = _book->sharedStrings()->addString(_textScratch);
+    if (_textScratch.capacity() > 4096) std::wstring().swap(_textScratch);  // don't keep a long text's memory
     cell->set_type_code(CodeShared);
     char buf[16];
     cell->set_v_utf8(buf, unsignedToChars(index, buf));

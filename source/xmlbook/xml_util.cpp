@@ -15,6 +15,9 @@
 namespace zelvar {
 
 size_t Converter::doubleToChars(double value, char* buf) {
+    // Whole numbers below 10^17 have at most 17 digits: "%.17g" writes them as integers.
+    if (value != 0 && value > -1e17 && value < 1e17 && value == static_cast<double>(static_cast<long long>(value)))
+        return static_cast<size_t>(std::to_chars(buf, buf + 31, static_cast<long long>(value)).ptr - buf);
     // "%.17g" is the written form. to_chars gives the same digits several times faster, but
     // always with a '.': under a locale with another decimal point the C library writes it.
     std::to_chars_result done = std::to_chars(buf, buf + 31, value, std::chars_format::general, 17);

@@ -103,7 +103,7 @@ TEST(XmlText, EscapesSeparatorsAndQuotes) {
 
 // Numbers are written in the form of "%.17g", whichever way the digits are made.
 TEST(XmlConverter, NumbersAreWrittenAsPrintfWrites) {
-    std::vector<double> values = {0.0, -0.0, 1.0, -1.0, 0.5, 1e15, 1e16, 1e17, 123456789012345678.0, 1e-5,
+    std::vector<double> values = {0.0, -0.0, 1.0, -1.0, 0.5, 1e15, 1e16, 1e17, 99999999999999984.0, -1e17, 9007199254740993.0, 123456789012345678.0, 1e-5,
                                   1e-4, 0.0001234, 1e100, -1e-300, 5e-324, 1.7976931348623157e308,
                                   std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
                                   std::numeric_limits<double>::quiet_NaN(), 853552.53, 0.29482597857713699, 45000.25};
@@ -114,6 +114,9 @@ TEST(XmlConverter, NumbersAreWrittenAsPrintfWrites) {
         std::memcpy(&value, &bits, sizeof value);
         values.push_back(value);
         values.push_back(static_cast<double>(static_cast<int64_t>(bits % 2000000000) - 1000000000) / 1000.0);
+        // Whole numbers around the limits of the integer form: 2^53, 10^16, 10^17.
+        values.push_back(static_cast<double>(static_cast<int64_t>(bits >> 7) - (int64_t(1) << 56)));
+        values.push_back(static_cast<double>(static_cast<int64_t>(bits % 2000000) - 1000000));
     }
     for (double value : values) {
         char expected[64], got[32];
