@@ -193,6 +193,12 @@ typename XMLSheetImplT<T, Tag>::Row* XMLSheetImplT<T, Tag>::overwriteRow(unsigne
         }
     }
     Row* created = new Row;
+    // Rows tend to be alike: room for as many cells as the row before has saves the vector's
+    // regrowth while it fills, and memory, as it ends up the right size.
+    if (high > 0) {
+        size_t cellsBefore = data.get_row(static_cast<size_t>(high - 1)).size_c();
+        if (cellsBefore) created->get_c_vector().reserve(cellsBefore);
+    }
     if (static_cast<size_t>(high) == n)
         data.append_row(created);
     else
