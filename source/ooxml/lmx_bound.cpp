@@ -2,6 +2,7 @@
 // through its type's descriptor.
 #include "ooxml/lmx_bound.h"
 
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 
@@ -1036,8 +1037,13 @@ bool split_cell_ref(const char* text, size_t size, unsigned* row, unsigned* col)
     return true;
 }
 
-void make_cell_ref(unsigned row, unsigned col, std::string& out) {
-    out.clear();
+namespace {
+
+// Writes an unsigned number as decimal text at, and returns the end.
+char* append_unsigned(char* at, unsigned value) { return std::to_chars(at, at + 12, value).ptr; }
+
+// Writes the "A1" text of a zero-based address at, at most 11 characters, and returns the end.
+char* append_cell_ref(char* at, unsigned row, unsigned col) {
     char letters[4];
     int n = 0;
     unsigned c = col + 1;
@@ -1045,15 +1051,15 @@ void make_cell_ref(unsigned row, unsigned col, std::string& out) {
         letters[n++] = static_cast<char>('A' + (c - 1) % 26);
         c = (c - 1) / 26;
     }
-    while (n) out.push_back(letters[--n]);
-    char digits[12];
-    int d = 0;
-    unsigned r = row + 1;
-    do {
-        digits[d++] = static_cast<char>('0' + r % 10);
-        r /= 10;
-    } while (r);
-    while (d) out.push_back(digits[--d]);
+    while (n) *at++ = letters[--n];
+    return append_unsigned(at, row + 1);
+}
+
+}  // namespace
+
+void make_cell_ref(unsigned row, unsigned col, std::string& out) {
+    char text[16];
+    out.assign(text, append_cell_ref(text, row, col));
 }
 
 namespace {
@@ -1356,17 +1362,6 @@ char* append_text(char* at, const char* text) {
     return at;
 }
 
-char* append_unsigned(char* at, unsigned value) {
-    char digits[12];
-    int d = 0;
-    do {
-        digits[d++] = static_cast<char>('0' + value % 10);
-        value /= 10;
-    } while (value);
-    while (d) *at++ = digits[--d];
-    return at;
-}
-
 }  // namespace
 
 bool c_cell_base::marshal_plain_cell(c_xml_writer& writer, const s_type& worker, const char* name) const {
@@ -1382,18 +1377,7 @@ bool c_cell_base::marshal_plain_cell(c_xml_writer& writer, const s_type& worker,
     char* at = tag;
     *at++ = '<';
     at = append_text(at, name);
-    if (isset_r()) {
-        at = append_text(at, " r=\"");
-        unsigned c = m_col + 1;
-        char letters[4];
-        int n = 0;
-        while (c && n < 4) {
-            letters[n++] = static_cast<char>('A' + (c - 1) % 26);
-            c = (c - 1) / 26;
-        }
-        while (n) *at++ = letters[--n];
-        at = append_text(append_unsigned(at, get_row() + 1), "\"");
-    }
+    if (isset_r()) at = append_text(append_cell_ref(append_text(at, " r=\""), get_row(), m_col), "\"");
     if (isset_s()) at = append_text(append_unsigned(append_text(at, " s=\""), m_s), "\"");
     if (unsigned code = type_code()) at = append_text(append_text(append_text(at, " t=\""), cell_types[code]), "\"");
     if (isset_cm()) at = append_text(append_unsigned(append_text(at, " cm=\""), get_cm()), "\"");

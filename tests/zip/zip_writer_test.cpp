@@ -318,12 +318,7 @@ TEST(ZipWriter, EntriesWrittenInPiecesEqualWholeOnes) {
                 entry.sputn(e.bytes.data() + at, static_cast<std::streamsize>(std::min(piece, e.bytes.size() - at)));
             entry.finish();
         }
-        writer.close();
-        const char* data = nullptr;
-        unsigned size = 0;
-        writer.getRaw(&data, &size);
-        std::string pieces(data, size);
-        std::free(const_cast<char*>(data));
+        std::string pieces = closeToString(writer);
         std::vector<CentralRecord> a = centralRecords(whole), b = centralRecords(pieces);
         ASSERT_EQ(a.size(), 4u);
         ASSERT_EQ(b.size(), a.size()) << "piece " << piece;
