@@ -26,6 +26,13 @@ size_t unsignedToChars(unsigned value, char* buf) {
 }
 
 long long charsToInt(const char* text, size_t size) {
+    // Plain digits, the form this library and others write, are read in place.
+    if (size > 0 && size <= 18) {
+        long long value = 0;
+        size_t i = 0;
+        for (; i < size && text[i] >= '0' && text[i] <= '9'; ++i) value = value * 10 + (text[i] - '0');
+        if (i == size) return value;
+    }
     std::string s(text, size);
     return Converter::ansiStringToInt(s);
 }
@@ -123,6 +130,13 @@ const typename XMLSheetImplT<T, Tag>::Row* XMLSheetImplT<T, Tag>::findRow(int ro
         long long lastRow = static_cast<long long>(last.get_r()) - 1;
         if (row > lastRow) return nullptr;
         if (row == lastRow) return &last;
+        // Without gaps a row stands at its distance from the first row: one probe there
+        // before the search answers every read of a dense sheet.
+        long guess = row - (static_cast<long>(data->get_row(0).get_r()) - 1);
+        if (guess >= 0 && guess < high) {
+            const Row& probe = data->get_row(static_cast<size_t>(guess));
+            if (static_cast<long long>(probe.get_r()) - 1 == row) return &probe;
+        }
     }
     while (low < high - 1) {
         long mid = (low + high) / 2;
@@ -150,6 +164,11 @@ const typename XMLSheetImplT<T, Tag>::Cell* XMLSheetImplT<T, Tag>::findCell(cons
         const Cell& last = rowObject->get_c(static_cast<size_t>(high - 1));
         if (col > static_cast<int>(last.get_col())) return nullptr;
         if (col == static_cast<int>(last.get_col())) return &last;
+        long guess = static_cast<long>(col) - static_cast<long>(rowObject->get_c(0).get_col());  // as for rows
+        if (guess >= 0 && guess < high) {
+            const Cell& probe = rowObject->get_c(static_cast<size_t>(guess));
+            if (static_cast<int>(probe.get_col()) == col) return &probe;
+        }
     }
     while (low < high - 1) {
         long mid = (low + high) / 2;
