@@ -128,7 +128,10 @@ void CZipArchive::OpenNewFile(const std::string& utf8Name, int level) {
             header.m_uFlag |= 2;
     }
 
-    std::unique_ptr<CZipCompressor> compressor = CZipCompressor::Create(header.m_uMethod);
+    // One deflate compressor serves all entries of the archive in turn.
+    std::unique_ptr<CZipCompressor> compressor =
+        header.m_uMethod == CZipCompressor::methodDeflate && m_spareDeflate ? std::move(m_spareDeflate)
+                                                                            : CZipCompressor::Create(header.m_uMethod);
     if (!compressor) CZipException::Throw(CZipException::internalError);
     header.WriteLocal(m_storage);
     compressor->InitCompression(&m_storage, level);
@@ -149,6 +152,7 @@ void CZipArchive::CloseNewFile() {
     header.m_uComprSize = compressor->m_uComprSize;
     header.m_uUncomprSize = compressor->m_uUncomprSize;
     header.PatchLocal(m_storage);
+    if (header.m_uMethod == CZipCompressor::methodDeflate) m_spareDeflate = std::move(compressor);
     m_centralDir.m_headers.push_back(std::move(header));
 }
 

@@ -56,6 +56,7 @@ private:
     bool m_bOwnFile = false;
     CZipFileHeader m_newHeader;  // the entry being written
     std::unique_ptr<CZipCompressor> m_newCompressor;
+    std::unique_ptr<CZipCompressor> m_spareDeflate;  // the last entry's, kept for the next
 };
 
 }  // namespace zelvar

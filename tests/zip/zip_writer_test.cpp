@@ -310,6 +310,15 @@ TEST(ZipWriter, EntriesWrittenInPiecesEqualWholeOnes) {
         {"xl/worksheets/sheet1.xml", sheetXml(20000)}, {"tiny.xml", "abcd"}, {"empty.xml", ""},
         {"five.xml", "abcde"}, {"xl/styles.xml", sheetXml(30)}};
     std::string whole = writeMemory(parts);
+    // The compressor's state passes from entry to entry: an entry after others deflates as
+    // it does alone in an archive.
+    {
+        std::string alone = writeMemory({parts[4]});
+        CentralRecord first = centralRecords(alone)[0], later = centralRecords(whole)[3];
+        ASSERT_EQ(later.name, first.name);
+        EXPECT_EQ(whole.substr(later.localOffset + 30 + later.nameLength, later.compressed),
+                  alone.substr(first.localOffset + 30 + first.nameLength, first.compressed));
+    }
     for (size_t piece : {size_t(1), size_t(7), size_t(65536), size_t(100000), size_t(1) << 24}) {
         zelvar::ZipWriter writer;
         for (const Entry& e : parts) {
