@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# Runs the binary-family workloads of the peer benchmark (../shared/bench-peers) with our library
-# plugged in, so our figures and the peers' come from one run on one machine.
-#   bench/run_peers.sh [--install] [--all] [extra options for run_all.sh ...]
+# Runs the workloads of the peer benchmark (../shared/bench-peers) with our library plugged in,
+# so our figures and the peers' come from one run on one machine.
+#   bench/run_peers.sh [--install] [--xml | --all] [extra options for run_all.sh ...]
 #     --install  install the peers from Debian first (the peer suite's install_peers.sh)
+#     --xml      the XML family's workloads (W1, W2, W5 xlsx, W6, LS1) with their anchors,
+#                libxlsxwriter, liborcus and ssconvert, instead of the binary family's
 #     --all      every workload and peer instead of the binary family's (W3, W4, W5 xls, LS2)
 # Environment: BUILD the Release build directory (default build-bench), PEERS the peer suite
 # (default ../shared/bench-peers beside the repository), RESULTS the TSV to write (default
@@ -13,11 +15,12 @@ PEERS="${PEERS:-$ROOT/../shared/bench-peers}"
 BUILD="${BUILD:-$ROOT/build-bench}"
 [[ -d "$PEERS" ]] || { echo "peer suite not found at $PEERS" >&2; exit 1; }
 
-install=0 all=0 extra=()
+install=0 all=0 xml=0 extra=()
 for arg in "$@"; do
   case "$arg" in
     --install) install=1 ;;
     --all) all=1 ;;
+    --xml) xml=1 ;;
     *) extra+=("$arg") ;;
   esac
 done
@@ -33,7 +36,16 @@ mkdir -p "$ROOT/bench/results"
 export ZELVAR_BENCH="$HARNESS"
 export RESULTS="${RESULTS:-$ROOT/bench/results/peers-$(date -u +%F).tsv}"
 select=()
-if (( ! all )); then
+if (( xml && ! all )); then
+  # The XML family, its anchors and the peers its targets name; the Python and Perl writers
+  # and the office suite take minutes and add nothing to these ratios.
+  export RESULTS="${RESULTS%.tsv}"
+  [[ "$RESULTS" == *-xml ]] || RESULTS="$RESULTS-xml"
+  RESULTS="$RESULTS.tsv"
+  select=(--only 'zelvar W1' --only 'zelvar W2' --only 'zelvar [xlsx]' --only 'zelvar W6' --only 'zelvar LS1'
+          --only 'libxlsxwriter' --only 'liborcus (C++)' --only 'anchor: zlib' --only 'ssconvert LS1'
+          --skip soffice)
+elif (( ! all )); then
   # The binary family and its peers; the office suite and the Perl peers take minutes and add
   # nothing to these ratios.
   select=(--only W3 --only W4 --only 'xls]' --only LS2 --skip perl --skip soffice --skip LS3 --skip LS4)

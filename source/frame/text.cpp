@@ -19,14 +19,17 @@ const char kMbToWide[] = "can't convert multibyte to wide string, perhaps incorr
 
 // UTF-8 to UTF-16 units kept in wchar_t; invalid input is refused.
 bool utf8ToUnits(const char* text, size_t length, std::wstring& out) {
-    out.clear();
     const char* end = text + length;
-    if (utf8::find_invalid(text, end) != end) return false;
-    out.reserve(length);
-    // Plain ASCII is copied directly: the common case of cell text.
-    size_t i = 0;
-    while (i < length && static_cast<unsigned char>(text[i]) < 0x80) out.push_back(static_cast<wchar_t>(text[i++]));
-    if (i < length) utf8::unchecked::utf8to16(text + i, end, std::back_inserter(out));
+    // Plain ASCII, the common case of cell text, needs no check and is copied directly.
+    size_t ascii = 0;
+    while (ascii < length && static_cast<unsigned char>(text[ascii]) < 0x80) ++ascii;
+    if (ascii < length && utf8::find_invalid(text + ascii, end) != end) return false;
+    out.resize(ascii);
+    for (size_t i = 0; i < ascii; ++i) out[i] = static_cast<wchar_t>(text[i]);
+    if (ascii < length) {
+        out.reserve(length);
+        utf8::unchecked::utf8to16(text + ascii, end, std::back_inserter(out));
+    }
     return true;
 }
 

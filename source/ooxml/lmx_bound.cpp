@@ -2,6 +2,7 @@
 // through its type's descriptor.
 #include "ooxml/lmx_bound.h"
 
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 
@@ -1036,8 +1037,13 @@ bool split_cell_ref(const char* text, size_t size, unsigned* row, unsigned* col)
     return true;
 }
 
-void make_cell_ref(unsigned row, unsigned col, std::string& out) {
-    out.clear();
+namespace {
+
+// Writes an unsigned number as decimal text at, and returns the end.
+char* append_unsigned(char* at, unsigned value) { return std::to_chars(at, at + 12, value).ptr; }
+
+// Writes the "A1" text of a zero-based address at, at most 11 characters, and returns the end.
+char* append_cell_ref(char* at, unsigned row, unsigned col) {
     char letters[4];
     int n = 0;
     unsigned c = col + 1;
@@ -1045,15 +1051,15 @@ void make_cell_ref(unsigned row, unsigned col, std::string& out) {
         letters[n++] = static_cast<char>('A' + (c - 1) % 26);
         c = (c - 1) / 26;
     }
-    while (n) out.push_back(letters[--n]);
-    char digits[12];
-    int d = 0;
-    unsigned r = row + 1;
-    do {
-        digits[d++] = static_cast<char>('0' + r % 10);
-        r /= 10;
-    } while (r);
-    while (d) out.push_back(digits[--d]);
+    while (n) *at++ = letters[--n];
+    return append_unsigned(at, row + 1);
+}
+
+}  // namespace
+
+void make_cell_ref(unsigned row, unsigned col, std::string& out) {
+    char text[16];
+    out.assign(text, append_cell_ref(text, row, col));
 }
 
 namespace {
@@ -1349,7 +1355,56 @@ elmx_error c_cell_base::unmarshal_cell(c_xml_reader& reader, const s_type& worke
     return helper.unmarshal_complex_content(worker.name, 0);
 }
 
+namespace {
+
+char* append_text(char* at, const char* text) {
+    while (*text) *at++ = *text++;
+    return at;
+}
+
+}  // namespace
+
+bool c_cell_base::marshal_plain_cell(c_xml_writer& writer, const s_type& worker, const char* name) const {
+    const char* v_name = nullptr;
+    for (unsigned k = 0; k < worker.step_count; ++k)
+        if (worker.steps[k].name[0] == 'v' && worker.steps[k].name[1] == 0) v_name = worker.steps[k].qname;
+    if (!v_name || std::strlen(name) > 16 || std::strlen(v_name) > 16) return false;
+    std::string* out = writer.whole_element_output();
+    if (!out) return false;
+    // The start tag and its attributes, as write_attribute would give them: none of these
+    // values holds a character that needs escaping.
+    char tag[192];
+    char* at = tag;
+    *at++ = '<';
+    at = append_text(at, name);
+    if (isset_r()) at = append_text(append_cell_ref(append_text(at, " r=\""), get_row(), m_col), "\"");
+    if (isset_s()) at = append_text(append_unsigned(append_text(at, " s=\""), m_s), "\"");
+    if (unsigned code = type_code()) at = append_text(append_text(append_text(at, " t=\""), cell_types[code]), "\"");
+    if (isset_cm()) at = append_text(append_unsigned(append_text(at, " cm=\""), get_cm()), "\"");
+    if (isset_vm()) at = append_text(append_unsigned(append_text(at, " vm=\""), get_vm()), "\"");
+    if (isset_ph()) at = append_text(at, get_ph() ? " ph=\"true\"" : " ph=\"false\"");
+    if (!isset_v()) {
+        at = append_text(at, "/>");
+        out->append(tag, static_cast<size_t>(at - tag));
+        return true;
+    }
+    at = append_text(append_text(at, "><"), v_name);
+    if (v_size() == 0) {
+        at = append_text(at, "/>");
+    } else {
+        at = append_text(at, ">");
+        out->append(tag, static_cast<size_t>(at - tag));
+        output_convert_to_xml(*out, v_data(), v_size());
+        at = append_text(append_text(append_text(tag, "</"), v_name), ">");
+    }
+    at = append_text(append_text(append_text(at, "</"), name), ">");
+    out->append(tag, static_cast<size_t>(at - tag));
+    return true;
+}
+
 elmx_error c_cell_base::marshal_cell(c_xml_writer& writer, const s_type& worker, const char* name) const {
+    // Most cells hold no formula and no inline string: they are written in one piece.
+    if (!f_ptr() && !is_ptr() && marshal_plain_cell(writer, worker, name)) return ELMX_OK;
     writer.start_element(name);
     std::string text;
     if (isset_r()) {

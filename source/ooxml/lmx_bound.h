@@ -311,6 +311,9 @@ public:
 
 protected:
     c_node& f_object(const s_type& type);
+    // Writes a cell without formula or inline string straight into the writer's output; false
+    // when the writer indents, and nothing is written then.
+    bool marshal_plain_cell(c_xml_writer& writer, const s_type& worker, const char* name) const;
     c_node& is_object(const s_type& type);
 
 private:

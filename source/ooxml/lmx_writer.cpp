@@ -26,7 +26,14 @@ c_xml_writer::c_xml_writer(std::string& out, int include_xml_decl, const char* t
     init(include_xml_decl);
 }
 
-c_xml_writer::~c_xml_writer() { flush(); }
+c_xml_writer::~c_xml_writer() {
+    // A stream that fails has said so already, or will on the explicit flush; a destructor
+    // must not throw.
+    try {
+        flush();
+    } catch (...) {
+    }
+}
 
 void c_xml_writer::init(int include_xml_decl) {
     m_scratch.reserve(64);

@@ -108,6 +108,16 @@ public:
     const s_debug_error& get_debug_error() const { return m_debug_error; }
     void flush();
     int get_depth() const { return m_depth; }
+    // The output, for a caller that writes a whole element, start to end, by itself: the
+    // pending start tag is closed first. Null when the writer indents, where only the
+    // element functions know the layout.
+    std::string* whole_element_output() {
+        if (!m_tab.empty() || !m_nl.empty()) return nullptr;
+        close_start_tag();
+        maybe_flush();
+        m_has_text = false;
+        return m_out;
+    }
 
 private:
     struct s_binding {

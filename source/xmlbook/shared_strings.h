@@ -22,8 +22,9 @@ public:
         for (size_t i = 0; i < n; ++i) _index[stringByIndex(static_cast<unsigned>(i))] = static_cast<unsigned>(i);
     }
 
-    // Index of the text, added when new; the text is escaped first, so it is taken by value.
-    unsigned addString(std::wstring text) {
+    // Index of the text, added when new. The text is escaped in place first; the caller's
+    // string serves as scratch, so that a repeated text costs no allocation.
+    unsigned addString(std::wstring& text) {
         StrUtil::xmlEsc(text);
         auto& sst = this->tree;
         sst.set_count(sst.isset_count() ? sst.get_count() + 1 : 1);
@@ -33,7 +34,7 @@ public:
         assign_t(item, text);
         unsigned index = static_cast<unsigned>(sst.size_si() - 1);
         sst.set_uniqueCount(index + 1);
-        _index.emplace(std::move(text), index);
+        _index.emplace(text, index);
         return index;
     }
 

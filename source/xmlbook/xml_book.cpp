@@ -171,11 +171,7 @@ void XMLBookImplT<T, Tag>::load(ZipReader& reader) {
 
 template <class T, class Tag>
 void XMLBookImplT<T, Tag>::writePackage(ZipWriter& writer) {
-    std::string bytes;
-    for (auto& entry : _files) {
-        entry.second->save(bytes);
-        writer.add(entry.first, bytes.data(), static_cast<unsigned>(bytes.size()));
-    }
+    for (auto& entry : _files) entry.second->save(writer, entry.first);
     writer.close();
 }
 

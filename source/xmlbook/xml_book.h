@@ -94,7 +94,7 @@ public:
     int calcLastRow() const;
     int calcFirstCol() const;
     int calcLastCol() const;
-    void save(std::string& out) override;
+    void prepareSave() override;
 
     // ---- ISheetT
     int cellType(int row, int col) const override;
@@ -261,6 +261,7 @@ private:
     int _index = -1;
     mutable XMLDimensions _dim;
     mutable bool _dimDirty = false;
+    std::wstring _textScratch;  // text on its way to the shared strings, kept to reuse its memory
 };
 
 // A picture of the package: its bytes, the extension of its part and the part's path.

@@ -193,11 +193,10 @@ int Drawing<Tag>::pictureSize() const {
 }
 
 template <class Tag>
-void Drawing<Tag>::save(std::string& out) {
+void Drawing<Tag>::prepareSave() {
     // Anchors that hold nothing of the three kinds are dropped: a drawing may not have them.
     for (size_t i = this->tree.size_EG_Anchor(); i-- > 0;)
         if (this->tree.get_EG_Anchor(i).get_choice() >= 3) this->tree.delete_EG_Anchor(i);
-    XmlFile<typename drawing_traits<Tag>::Root>::save(out);
 }
 
 template class Drawing<excelNormal_tag>;

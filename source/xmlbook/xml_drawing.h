@@ -39,7 +39,7 @@ public:
     int pictureSize() const;
     // The position in the anchor list of the index-th picture; -1 when there are fewer.
     long pictureAnchor(int index) const;
-    void save(std::string& out) override;
+    void prepareSave() override;
 };
 
 // Kind of a picture by the extension of its part: the public picture type numbers.

@@ -2,6 +2,7 @@
 // the two parts that tie a package together, relationships and content types.
 #pragma once
 #include <map>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -10,13 +11,15 @@
 #include "ooxml/opc-contentTypes.h"
 #include "ooxml/opc-relationships.h"
 #include "xmlbook/xml_util.h"
+#include "zip/zip_writer.h"
 
 namespace zelvar {
 
 // One part of a package, owned by the book's file table.
 class XFile {
 public:
-    virtual void save(std::string& out) = 0;
+    // Writes the part as the package entry of that name.
+    virtual void save(ZipWriter& writer, const std::wstring& name) = 0;
     virtual ~XFile() {}
 };
 
@@ -25,7 +28,9 @@ class BinaryFile : public XFile {
 public:
     BinaryFile(const char* data, unsigned size) : _data(data, data + size) {}
     const std::vector<char>& data() const { return _data; }
-    void save(std::string& out) override { out.assign(_data.begin(), _data.end()); }
+    void save(ZipWriter& writer, const std::wstring& name) override {
+        writer.add(name, _data.data(), static_cast<unsigned>(_data.size()));
+    }
 
 private:
     std::vector<char> _data;
@@ -51,11 +56,24 @@ public:
         if (size == 0) throw zverror("data is empty");
         throwOnXmlError(tree.unmarshal(data, size));
     }
-    void save(std::string& out) override {
-        out.clear();
-        throwOnXmlError(tree.marshal(&out));
+    // The XML goes into the entry's compressor as it is written, in steps of about 64 kB, so
+    // that the text of a large sheet is never held whole.
+    void save(ZipWriter& writer, const std::wstring& name) override {
+        prepareSave();
+        ZipEntryBuf entry(writer, name);
+        std::ostream stream(&entry);
+        // A failing entry throws through the stream instead of only marking it bad.
+        stream.exceptions(std::ios::badbit);
+        lmx::c_xml_writer xml(stream);
+        throwOnXmlError(tree.marshal(xml));
+        xml.flush();
+        entry.finish();
     }
     S tree;
+
+protected:
+    // Trims the tree to what a written part holds; runs before every save.
+    virtual void prepareSave() {}
 };
 
 // The relationships of one part, with indexes by id and by type.

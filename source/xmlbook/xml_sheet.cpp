@@ -27,6 +27,13 @@ size_t unsignedToChars(unsigned value, char* buf) {
 }
 
 long long charsToInt(const char* text, size_t size) {
+    // Plain digits, the form this library and others write, are read in place.
+    if (size > 0 && size <= 18) {
+        long long value = 0;
+        size_t i = 0;
+        for (; i < size && text[i] >= '0' && text[i] <= '9'; ++i) value = value * 10 + (text[i] - '0');
+        if (i == size) return value;
+    }
     std::string s(text, size);
     return Converter::ansiStringToInt(s);
 }
@@ -124,6 +131,13 @@ const typename XMLSheetImplT<T, Tag>::Row* XMLSheetImplT<T, Tag>::findRow(int ro
         long long lastRow = static_cast<long long>(last.get_r()) - 1;
         if (row > lastRow) return nullptr;
         if (row == lastRow) return &last;
+        // Without gaps a row stands at its distance from the first row: one probe there
+        // before the search answers every read of a dense sheet.
+        long guess = row - (static_cast<long>(data->get_row(0).get_r()) - 1);
+        if (guess >= 0 && guess < high) {
+            const Row& probe = data->get_row(static_cast<size_t>(guess));
+            if (static_cast<long long>(probe.get_r()) - 1 == row) return &probe;
+        }
     }
     while (low < high - 1) {
         long mid = (low + high) / 2;
@@ -151,6 +165,11 @@ const typename XMLSheetImplT<T, Tag>::Cell* XMLSheetImplT<T, Tag>::findCell(cons
         const Cell& last = rowObject->get_c(static_cast<size_t>(high - 1));
         if (col > static_cast<int>(last.get_col())) return nullptr;
         if (col == static_cast<int>(last.get_col())) return &last;
+        long guess = static_cast<long>(col) - static_cast<long>(rowObject->get_c(0).get_col());  // as for rows
+        if (guess >= 0 && guess < high) {
+            const Cell& probe = rowObject->get_c(static_cast<size_t>(guess));
+            if (static_cast<int>(probe.get_col()) == col) return &probe;
+        }
     }
     while (low < high - 1) {
         long mid = (low + high) / 2;
@@ -194,6 +213,12 @@ typename XMLSheetImplT<T, Tag>::Row* XMLSheetImplT<T, Tag>::overwriteRow(unsigne
         }
     }
     Row* created = new Row;
+    // Rows tend to be alike: room for as many cells as the row before has saves the vector's
+    // regrowth while it fills, and memory, as it ends up the right size.
+    if (high > 0) {
+        size_t cellsBefore = data.get_row(static_cast<size_t>(high - 1)).size_c();
+        if (cellsBefore) created->get_c_vector().reserve(cellsBefore);
+    }
     if (static_cast<size_t>(high) == n)
         data.append_row(created);
     else
@@ -434,7 +459,7 @@ int XMLSheetImplT<T, Tag>::lastCol() const {
 }
 
 template <class T, class Tag>
-void XMLSheetImplT<T, Tag>::save(std::string& out) {
+void XMLSheetImplT<T, Tag>::prepareSave() {
     auto& sheet = this->tree;
     if (sheet.isset_sheetFormatPr()) sheet.get_sheetFormatPr().any_attributes().clear();
     if (sheet.isset_sheetData()) {
@@ -451,7 +476,6 @@ void XMLSheetImplT<T, Tag>::save(std::string& out) {
     if (!sheet.isset_sheetFormatPr()) sheet.get_sheetFormatPr().set_defaultRowHeight(15.0);
     // A worksheet part without sheetData breaks the schema; a sheet without cells still has one.
     sheet.get_sheetData();
-    XmlFile<typename X::Worksheet>::save(out);
 }
 
 // ---------------------------------------------------------------- typed cells
@@ -550,10 +574,10 @@ template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::writeStr(int row, int col, const T* value, IFormatT<T>* format) {
     XS_BEGIN
     if (!value) throw zverror("value is null");
-    std::wstring text;
-    toWide(value, utf8(), text);
+    toWide(value, utf8(), _textScratch);
     Cell* cell = write(row, col, format, true);
-    unsigned index = _book->sharedStrings()->addString(std::move(text));
+    unsigned index = _book->sharedStrings()->addString(_textScratch);
+    if (_textScratch.capacity() > 4096) std::wstring().swap(_textScratch);  // don't keep a long text's memory
     cell->set_type_code(CodeShared);
     char buf[16];
     cell->set_v_utf8(buf, unsignedToChars(index, buf));

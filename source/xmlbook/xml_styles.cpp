@@ -601,12 +601,11 @@ void Styles<T, Tag>::makeObjects() {
 }
 
 template <class T, class Tag>
-void Styles<T, Tag>::save(std::string& out) {
+void Styles<T, Tag>::prepareSave() {
     auto& sheet = this->tree;
     sheet.unset_extLst();
     if (sheet.isset_fonts()) sheet.get_fonts().any_attributes().clear();
     sheet.any_attributes().clear();
-    XmlFile<typename X::Stylesheet>::save(out);
 }
 
 template <class T, class Tag>

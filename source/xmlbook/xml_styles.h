@@ -164,7 +164,7 @@ public:
     Styles(const Styles&) = delete;
     Styles& operator=(const Styles&) = delete;
 
-    void save(std::string& out) override;
+    void prepareSave() override;
 
     IFormatT<T>* addFormat(IFormatT<T>* init);
     IFontT<T>* addFont(IFontT<T>* init);

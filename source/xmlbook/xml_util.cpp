@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <charconv>
+#include <clocale>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -13,8 +15,17 @@
 namespace zelvar {
 
 size_t Converter::doubleToChars(double value, char* buf) {
-    int n = std::snprintf(buf, 32, "%.17g", value);
-    return n < 0 ? 0 : static_cast<size_t>(n);
+    // Whole numbers below 10^17 have at most 17 digits: "%.17g" writes them as integers.
+    if (value != 0 && value > -1e17 && value < 1e17 && value == static_cast<double>(static_cast<long long>(value)))
+        return static_cast<size_t>(std::to_chars(buf, buf + 31, static_cast<long long>(value)).ptr - buf);
+    // "%.17g" is the written form. to_chars gives the same digits several times faster, but
+    // always with a '.': under a locale with another decimal point the C library writes it.
+    std::to_chars_result done = std::to_chars(buf, buf + 31, value, std::chars_format::general, 17);
+    size_t n = static_cast<size_t>(done.ptr - buf);
+    if (done.ec == std::errc() && (std::memchr(buf, '.', n) == nullptr || std::strcmp(localeconv()->decimal_point, ".") == 0))
+        return n;
+    int written = std::snprintf(buf, 32, "%.17g", value);
+    return written < 0 ? 0 : static_cast<size_t>(written);
 }
 
 std::wstring Converter::doubleToString(double value) {

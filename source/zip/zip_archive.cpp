@@ -89,7 +89,22 @@ bool CZipArchive::AddNewFile(CZipMemFile& source, const std::string& utf8Name, i
                              unsigned bufferSize) {
     if (IsClosed() || m_storage.IsReadOnly()) return false;
     if (bufferSize == 0) bufferSize = 65536;
-    CZipFileHeader header;
+    const char* data = source.Data();
+    unsigned size = static_cast<unsigned>(source.GetLength());
+    OpenNewFile(utf8Name, size <= 4 ? 0 : level);
+    for (unsigned done = 0; done < size;) {
+        unsigned step = std::min(bufferSize, size - done);
+        WriteNewFile(data + done, step);
+        done += step;
+    }
+    CloseNewFile();
+    return true;
+}
+
+void CZipArchive::OpenNewFile(const std::string& utf8Name, int level) {
+    if (IsClosed() || m_storage.IsReadOnly() || m_newCompressor) CZipException::Throw(CZipException::internalError);
+    CZipFileHeader& header = m_newHeader;
+    header = CZipFileHeader();
     header.m_uExternalAttr = CZipFileHeader::kDefaultAttributes;
     header.SetTime(time(nullptr));
     if (utf8Name.empty()) {
@@ -100,10 +115,7 @@ bool CZipArchive::AddNewFile(CZipMemFile& source, const std::string& utf8Name, i
         header.SetFileName(utf8Name);
     }
 
-    const char* data = source.Data();
-    unsigned size = static_cast<unsigned>(source.GetLength());
     if (level < -1 || level > 9) level = -1;
-    if (size <= 4) level = 0;
     header.m_uMethod = m_uCompressionMethod;
     if (level == 0 && header.m_uMethod == CZipCompressor::methodDeflate)
         header.m_uMethod = CZipCompressor::methodStore;
@@ -116,22 +128,32 @@ bool CZipArchive::AddNewFile(CZipMemFile& source, const std::string& utf8Name, i
             header.m_uFlag |= 2;
     }
 
-    std::unique_ptr<CZipCompressor> compressor = CZipCompressor::Create(header.m_uMethod);
+    // One deflate compressor serves all entries of the archive in turn.
+    std::unique_ptr<CZipCompressor> compressor =
+        header.m_uMethod == CZipCompressor::methodDeflate && m_spareDeflate ? std::move(m_spareDeflate)
+                                                                            : CZipCompressor::Create(header.m_uMethod);
     if (!compressor) CZipException::Throw(CZipException::internalError);
     header.WriteLocal(m_storage);
     compressor->InitCompression(&m_storage, level);
-    for (unsigned done = 0; done < size;) {
-        unsigned step = std::min(bufferSize, size - done);
-        compressor->Compress(data + done, step);
-        done += step;
-    }
+    m_newCompressor = std::move(compressor);
+}
+
+void CZipArchive::WriteNewFile(const char* data, unsigned size) {
+    if (!m_newCompressor) CZipException::Throw(CZipException::internalError);
+    m_newCompressor->Compress(data, size);
+}
+
+void CZipArchive::CloseNewFile() {
+    if (!m_newCompressor) CZipException::Throw(CZipException::internalError);
+    std::unique_ptr<CZipCompressor> compressor = std::move(m_newCompressor);
     compressor->FinishCompression();
+    CZipFileHeader& header = m_newHeader;
     header.m_uCrc32 = compressor->m_uCrc32;
     header.m_uComprSize = compressor->m_uComprSize;
     header.m_uUncomprSize = compressor->m_uUncomprSize;
     header.PatchLocal(m_storage);
+    if (header.m_uMethod == CZipCompressor::methodDeflate) m_spareDeflate = std::move(compressor);
     m_centralDir.m_headers.push_back(std::move(header));
-    return true;
 }
 
 bool CZipArchive::ExtractFile(unsigned index, CZipMemFile& target, bool, unsigned) {

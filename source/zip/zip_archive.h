@@ -2,9 +2,11 @@
 // memory or extracted into memory.
 #pragma once
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "zip/zip_central_dir.h"
+#include "zip/zip_compressor.h"
 #include "zip/zip_file.h"
 #include "zip/zip_mem_file.h"
 #include "zip/zip_storage.h"
@@ -32,6 +34,12 @@ public:
     // sources of 4 bytes or fewer are stored.
     bool AddNewFile(CZipMemFile& source, const std::string& utf8Name, int level = -1, int flags = 7,
                     unsigned bufferSize = 65536);
+    // The same in steps, for data that come in pieces: a local header, the data pushed through
+    // the compressor as they come, then the sizes and CRC patched into the header. One entry
+    // at a time; the level is not lowered for small data here.
+    void OpenNewFile(const std::string& utf8Name, int level = -1);
+    void WriteNewFile(const char* data, unsigned size);
+    void CloseNewFile();
     // Extracts the whole entry at the target's position; false for a method not handled.
     bool ExtractFile(unsigned index, CZipMemFile& target, bool rewind = true, unsigned bufferSize = 65536);
 
@@ -46,6 +54,9 @@ private:
     CZipCentralDir m_centralDir;
     CZipFile m_file;  // used when opened by path
     bool m_bOwnFile = false;
+    CZipFileHeader m_newHeader;  // the entry being written
+    std::unique_ptr<CZipCompressor> m_newCompressor;
+    std::unique_ptr<CZipCompressor> m_spareDeflate;  // the last entry's, kept for the next
 };
 
 }  // namespace zelvar

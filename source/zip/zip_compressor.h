@@ -68,6 +68,8 @@ private:
 
     z_stream m_stream{};
     bool m_bDeflating = false;
+    bool m_bDeflateKept = false;  // a finished deflate state that the next entry can reset and use
+    int m_keptLevel = 0;
     bool m_bInflating = false;
     bool m_bStreamEnd = false;
 };

@@ -1,6 +1,7 @@
 // Writes a package to a file or to memory: whole entries, then the central directory.
 // Every failure leaves as zverror.
 #pragma once
+#include <streambuf>
 #include <string>
 
 #include "zip/zip_archive.h"
@@ -25,8 +26,30 @@ public:
     void getRaw(const char** data, unsigned* size);
 
 private:
+    friend class ZipEntryBuf;
     CZipArchive _archive;
     CZipMemFile _memFile;
+};
+
+// One entry whose bytes come in pieces, as a stream buffer that an output stream writes to, so
+// that a part is compressed as it is produced and never held whole. The first 64 kB are held
+// back: a part that ends before that goes through add, with its rules for empty and tiny parts.
+class ZipEntryBuf : public std::streambuf {
+public:
+    ZipEntryBuf(ZipWriter& writer, std::wstring name);
+    // Ends the entry after its last byte; without it the archive is left unfinished.
+    void finish();
+
+protected:
+    std::streamsize xsputn(const char* data, std::streamsize size) override;
+    int_type overflow(int_type c) override;
+
+private:
+    static constexpr size_t kHeldBack = 65536;
+    ZipWriter& _writer;
+    std::wstring _name;
+    std::string _held;
+    bool _open = false;
 };
 
 }  // namespace zelvar

@@ -2,6 +2,11 @@
 // text helpers of the XML family.
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <limits>
+#include <random>
+#include <vector>
+
 #include "xmlbook/xml_book.h"
 #include "xmlbook/xml_package.h"
 #include "xmlbook/xml_util.h"
@@ -102,6 +107,31 @@ TEST(XmlText, EscapesSeparatorsAndQuotes) {
     for (const auto& c : quotes) EXPECT_EQ(StrUtil::quote(c.name), c.quoted) << c.name;
     EXPECT_EQ(shiftFormula(L"SUM(A1:B2)+$C$3+C$4+\"A1\"+LOG10(D5)", 2, 1), L"SUM(B3:C4)+$C$3+D$4+\"A1\"+LOG10(E7)");
     EXPECT_EQ(Converter::doubleToString(0.1), L"0.10000000000000001");
+}
+
+// Numbers are written in the form of "%.17g", whichever way the digits are made.
+TEST(XmlConverter, NumbersAreWrittenAsPrintfWrites) {
+    std::vector<double> values = {0.0, -0.0, 1.0, -1.0, 0.5, 1e15, 1e16, 1e17, 99999999999999984.0, -1e17, 9007199254740993.0, 123456789012345678.0, 1e-5,
+                                  1e-4, 0.0001234, 1e100, -1e-300, 5e-324, 1.7976931348623157e308,
+                                  std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+                                  std::numeric_limits<double>::quiet_NaN(), 853552.53, 0.29482597857713699, 45000.25};
+    std::mt19937_64 random(13);
+    for (int i = 0; i < 20000; ++i) {
+        uint64_t bits = random();
+        double value;
+        std::memcpy(&value, &bits, sizeof value);
+        values.push_back(value);
+        values.push_back(static_cast<double>(static_cast<int64_t>(bits % 2000000000) - 1000000000) / 1000.0);
+        // Whole numbers around the limits of the integer form: 2^53, 10^16, 10^17.
+        values.push_back(static_cast<double>(static_cast<int64_t>(bits >> 7) - (int64_t(1) << 56)));
+        values.push_back(static_cast<double>(static_cast<int64_t>(bits % 2000000) - 1000000));
+    }
+    for (double value : values) {
+        char expected[64], got[32];
+        int n = std::snprintf(expected, sizeof expected, "%.17g", value);
+        size_t size = Converter::doubleToChars(value, got);
+        ASSERT_EQ(std::string(got, size), std::string(expected, static_cast<size_t>(n)));
+    }
 }
 
 }  // namespace

@@ -84,12 +84,8 @@ struct Entry {
     std::string bytes;
 };
 
-// A package written to memory with the writer; names get the package's leading "/".
-inline std::string writeMemory(const std::vector<Entry>& entries) {
-    zelvar::ZipWriter writer;
-    for (const Entry& e : entries)
-        writer.add(L"/" + std::wstring(e.name.begin(), e.name.end()), e.bytes.data(),
-                   static_cast<unsigned>(e.bytes.size()));
+// Closes a writer to memory and takes its archive.
+inline std::string closeToString(zelvar::ZipWriter& writer) {
     writer.close();
     const char* data = nullptr;
     unsigned size = 0;
@@ -97,6 +93,15 @@ inline std::string writeMemory(const std::vector<Entry>& entries) {
     std::string out(data, size);
     std::free(const_cast<char*>(data));
     return out;
+}
+
+// A package written to memory with the writer; names get the package's leading "/".
+inline std::string writeMemory(const std::vector<Entry>& entries) {
+    zelvar::ZipWriter writer;
+    for (const Entry& e : entries)
+        writer.add(L"/" + std::wstring(e.name.begin(), e.name.end()), e.bytes.data(),
+                   static_cast<unsigned>(e.bytes.size()));
+    return closeToString(writer);
 }
 
 // Everything the reader sees: names (as package paths) and bytes, in index order.

@@ -301,3 +301,51 @@ TEST(ZipWriter, ManyEntriesGetZip64EndRecords) {
         EXPECT_EQ(py.output, "65535 534\n");
     }
 }
+
+// An entry written in pieces through its stream buffer is the same entry as one added whole:
+// same method, flags, CRC, sizes and compressed bytes, whatever the pieces; empty and tiny
+// parts keep the rules of add (no entry, stored).
+TEST(ZipWriter, EntriesWrittenInPiecesEqualWholeOnes) {
+    const std::vector<Entry> parts = {
+        {"xl/worksheets/sheet1.xml", sheetXml(20000)}, {"tiny.xml", "abcd"}, {"empty.xml", ""},
+        {"five.xml", "abcde"}, {"xl/styles.xml", sheetXml(30)}};
+    std::string whole = writeMemory(parts);
+    // The compressor's state passes from entry to entry: an entry after others deflates as
+    // it does alone in an archive.
+    {
+        std::string alone = writeMemory({parts[4]});
+        CentralRecord first = centralRecords(alone)[0], later = centralRecords(whole)[3];
+        ASSERT_EQ(later.name, first.name);
+        EXPECT_EQ(whole.substr(later.localOffset + 30 + later.nameLength, later.compressed),
+                  alone.substr(first.localOffset + 30 + first.nameLength, first.compressed));
+    }
+    for (size_t piece : {size_t(1), size_t(7), size_t(65536), size_t(100000), size_t(1) << 24}) {
+        zelvar::ZipWriter writer;
+        for (const Entry& e : parts) {
+            zelvar::ZipEntryBuf entry(writer, L"/" + std::wstring(e.name.begin(), e.name.end()));
+            for (size_t at = 0; at < e.bytes.size(); at += piece)
+                entry.sputn(e.bytes.data() + at, static_cast<std::streamsize>(std::min(piece, e.bytes.size() - at)));
+            entry.finish();
+        }
+        std::string pieces = closeToString(writer);
+        std::vector<CentralRecord> a = centralRecords(whole), b = centralRecords(pieces);
+        ASSERT_EQ(a.size(), 4u);
+        ASSERT_EQ(b.size(), a.size()) << "piece " << piece;
+        for (size_t i = 0; i < a.size(); ++i) {
+            EXPECT_EQ(b[i].name, a[i].name);
+            EXPECT_EQ(b[i].method, a[i].method) << a[i].name;
+            EXPECT_EQ(b[i].flags, a[i].flags) << a[i].name;
+            EXPECT_EQ(b[i].crc, a[i].crc) << a[i].name;
+            EXPECT_EQ(b[i].compressed, a[i].compressed) << a[i].name;
+            EXPECT_EQ(b[i].uncompressed, a[i].uncompressed) << a[i].name;
+            EXPECT_EQ(b[i].localOffset, a[i].localOffset) << a[i].name;
+            size_t data0 = 30 + a[i].nameLength;
+            EXPECT_EQ(pieces.substr(b[i].localOffset + data0, b[i].compressed),
+                      whole.substr(a[i].localOffset + data0, a[i].compressed))
+                << a[i].name << ", piece " << piece;
+        }
+        EXPECT_EQ(a[1].method, 0);  // four bytes are stored
+        EXPECT_EQ(a[2].method, 8);
+        EXPECT_EQ(readMemory(pieces).bytes, readMemory(whole).bytes);
+    }
+}
