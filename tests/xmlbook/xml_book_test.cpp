@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "xml_test_util.h"
-#include "zip/zip_bytes.h"
+#include "frame/little_endian.h"
 
 using namespace zelvar;
 using namespace xmltest;
@@ -97,7 +97,7 @@ TEST(XmlPackage, BadInputGivesMessages) {
 
 // Sets the uncompressed size that one entry states, in its central and its local header.
 std::string withStatedSize(std::string zip, const std::string& name, uint32_t size) {
-    using namespace zipbytes;
+    using namespace zelvar::le;
     auto u = [&](size_t at) { return reinterpret_cast<unsigned char*>(&zip[at]); };
     size_t end = zip.rfind(std::string("PK\x05\x06", 4));
     size_t p = get32(u(end + 16));
