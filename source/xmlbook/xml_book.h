@@ -226,6 +226,9 @@ public:
     static bool subtractRange(int first, int last, int delFirst, int delLast, int* outFirst, int* outLast);
     // Takes the removed rows (or columns) out of every merged block, dropping blocks left empty.
     void subtractFromMerges(bool rows, int first, int last);
+    // Moves merged blocks behind inserted rows (or columns) back, splitting those the insertion
+    // runs through.
+    void pushMergesApart(bool rows, int first, int last);
     // The col entries covering colFirst..colLast, split where they stick out.
     std::vector<typename X::Col*> overwriteCols(int colFirst, int colLast);
     // One col entry for exactly colFirst..colLast.

@@ -91,6 +91,43 @@ void XMLSheetImplT<T, Tag>::subtractFromMerges(bool rows, int first, int last) {
 }
 
 template <class T, class Tag>
+void XMLSheetImplT<T, Tag>::pushMergesApart(bool rows, int first, int last) {
+    auto& sheet = this->tree;
+    if (!sheet.isset_mergeCells()) return;
+    auto& merges = sheet.get_mergeCells();
+    const long long n = static_cast<long long>(last) - first + 1;
+    const long long limit = rows ? kLastRow : kLastCol;
+    std::vector<std::wstring> split;
+    // A block pushed over the last row (column) is cut there, and one pushed wholly past it goes;
+    // one that straddles the insertion keeps its front part, and its back part follows as a block
+    // of its own.
+    for (size_t i = 0; i < merges.size_mergeCell();) {
+        auto& merge = merges.get_mergeCell(i);
+        int r1, c1, r2, c2;
+        parseRef(merge.get_ref(), &r1, &c1, &r2, &c2);
+        // The block's span along the moved axis, and its ref rebuilt from a new span.
+        const int lo = rows ? r1 : c1, hi = rows ? r2 : c2;
+        auto ref = [&](long long from, long long to) {
+            return rows ? makeRef(static_cast<int>(from), c1, static_cast<int>(to), c2)
+                        : makeRef(r1, static_cast<int>(from), r2, static_cast<int>(to));
+        };
+        if (first <= lo) {
+            if (lo + n > limit) {
+                merges.delete_mergeCell(i);
+                continue;
+            }
+            merge.set_ref(ref(lo + n, clampTo(hi + n, limit)));
+        } else if (first <= hi) {
+            if (static_cast<long long>(last) + 1 <= limit) split.push_back(ref(last + 1LL, clampTo(hi + n, limit)));
+            merge.set_ref(ref(lo, first - 1LL));
+        }
+        ++i;
+    }
+    for (const std::wstring& r : split) merges.append_mergeCell().set_ref(r);
+    if (merges.size_mergeCell() == 0) sheet.unset_mergeCells();
+}
+
+template <class T, class Tag>
 bool XMLSheetImplT<T, Tag>::insertRow(int rowFirst, int rowLast) {
     XS_BEGIN
     if (rowLast < rowFirst) throw zverror(kRowOrder);
@@ -115,30 +152,7 @@ bool XMLSheetImplT<T, Tag>::insertRow(int rowFirst, int rowLast) {
             for (lmx::c_cell_base* cell : row.get_c_vector()) cell->set_row_col(r - 1, cell->get_col());
         }
     }
-    if (sheet.isset_mergeCells()) {
-        auto& merges = sheet.get_mergeCells();
-        std::vector<std::wstring> below;
-        // A block pushed over the last row is cut there, and one pushed wholly past it goes.
-        for (size_t i = 0; i < merges.size_mergeCell();) {
-            auto& merge = merges.get_mergeCell(i);
-            int r1, c1, r2, c2;
-            parseRef(merge.get_ref(), &r1, &c1, &r2, &c2);
-            if (rowFirst <= r1) {
-                if (static_cast<long long>(r1) + n > kLastRow) {
-                    merges.delete_mergeCell(i);
-                    continue;
-                }
-                merge.set_ref(makeRef(r1 + static_cast<int>(n), c1, clampTo(r2 + static_cast<long long>(n), kLastRow), c2));
-            } else if (rowFirst <= r2) {
-                if (static_cast<long long>(rowLast) + 1 <= kLastRow)
-                    below.push_back(makeRef(rowLast + 1, c1, clampTo(r2 + static_cast<long long>(n), kLastRow), c2));
-                merge.set_ref(makeRef(r1, c1, rowFirst - 1, c2));
-            }
-            ++i;
-        }
-        for (const std::wstring& ref : below) merges.append_mergeCell().set_ref(ref);
-        if (merges.size_mergeCell() == 0) sheet.unset_mergeCells();
-    }
+    pushMergesApart(true, rowFirst, rowLast);
     _dimDirty = true;
     ok();
     return true;
@@ -204,29 +218,7 @@ bool XMLSheetImplT<T, Tag>::insertCol(int colFirst, int colLast) {
             }
         }
     }
-    if (sheet.isset_mergeCells()) {
-        auto& merges = sheet.get_mergeCells();
-        std::vector<std::wstring> right;
-        for (size_t i = 0; i < merges.size_mergeCell();) {
-            auto& merge = merges.get_mergeCell(i);
-            int r1, c1, r2, c2;
-            parseRef(merge.get_ref(), &r1, &c1, &r2, &c2);
-            if (colFirst <= c1) {
-                if (static_cast<long long>(c1) + n > kLastCol) {
-                    merges.delete_mergeCell(i);
-                    continue;
-                }
-                merge.set_ref(makeRef(r1, c1 + static_cast<int>(n), r2, clampTo(c2 + static_cast<long long>(n), kLastCol)));
-            } else if (colFirst <= c2) {
-                if (static_cast<long long>(colLast) + 1 <= kLastCol)
-                    right.push_back(makeRef(r1, colLast + 1, r2, clampTo(c2 + static_cast<long long>(n), kLastCol)));
-                merge.set_ref(makeRef(r1, c1, r2, colFirst - 1));
-            }
-            ++i;
-        }
-        for (const std::wstring& ref : right) merges.append_mergeCell().set_ref(ref);
-        if (merges.size_mergeCell() == 0) sheet.unset_mergeCells();
-    }
+    pushMergesApart(false, colFirst, colLast);
     const long long m = static_cast<long long>(colFirst) + 1;
     for (size_t i = 0; i < sheet.size_cols(); ++i) {
         auto& cols = sheet.get_cols(i);
