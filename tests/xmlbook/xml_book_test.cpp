@@ -15,8 +15,6 @@ class XmlBook : public ::testing::Test {};
 using Widths = ::testing::Types<char, wchar_t>;
 TYPED_TEST_SUITE(XmlBook, Widths);
 
-bool contains(const std::string& text, const char* piece) { return text.find(piece) != std::string::npos; }
-
 TEST(XmlPackage, NewBookHasFiveParts) {
     BookPtr<char> book = newXmlBook<char>();
     ASSERT_TRUE(book);

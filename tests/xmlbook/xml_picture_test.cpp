@@ -14,8 +14,6 @@ class XmlPicture : public ::testing::Test {};
 using Widths = ::testing::Types<char, wchar_t>;
 TYPED_TEST_SUITE(XmlPicture, Widths);
 
-bool contains(const std::string& text, const std::string& piece) { return text.find(piece) != std::string::npos; }
-
 // A PNG header with the given size: signature, IHDR length and type, width, height.
 std::string png(unsigned width, unsigned height) {
     std::string d("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16);

@@ -15,13 +15,6 @@ class XmlEdit : public ::testing::Test {};
 using Widths = ::testing::Types<char, wchar_t>;
 TYPED_TEST_SUITE(XmlEdit, Widths);
 
-bool contains(const std::string& text, const std::string& piece) { return text.find(piece) != std::string::npos; }
-
-template <class T>
-std::string sheetXml(IBookT<T>* book) {
-    return savedEntries(book)["xl/worksheets/sheet1.xml"];
-}
-
 TYPED_TEST(XmlEdit, InsertedRowsMoveCellsAndMergesButNotFormulaText) {
     using T = TypeParam;
     BookPtr<T> book = newXmlBook<T>();

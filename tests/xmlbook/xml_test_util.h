@@ -66,6 +66,14 @@ std::map<std::string, std::string> savedEntries(zelvar::IBookT<T>* book) {
     return entries(data, size);
 }
 
+// The first sheet's XML as the book saves it.
+template <class T>
+std::string sheetXml(zelvar::IBookT<T>* book) {
+    return savedEntries(book)["xl/worksheets/sheet1.xml"];
+}
+
+inline bool contains(const std::string& text, const std::string& piece) { return text.find(piece) != std::string::npos; }
+
 // A package of the given entries, names without the leading "/".
 inline std::string makePackage(const std::map<std::string, std::string>& parts) {
     zelvar::ZipWriter writer;
